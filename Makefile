@@ -1,0 +1,70 @@
+# Quorlane: `make demo` and `make test` work on a fresh Debian 12 machine.
+
+SHELL := /bin/bash
+JOBS ?= 2
+DEBUG_DIR := build/debug
+RELEASE_DIR := build/release
+export CCACHE_BASEDIR := $(CURDIR)
+export CCACHE_NOHASHDIR := true
+
+DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modules-source \
+	fst-dev lv2-dev libgtest-dev libbenchmark-dev xvfb xauth
+
+ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
+
+.PHONY: all deps debug release test demo install bench clean
+
+all: release
+
+# Installs only what is missing, without questions.
+deps:
+	@missing=""; \
+	for p in $(DEBIAN_PACKAGES); do \
+		dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+		echo "Installing from Debian:$$missing"; \
+		SUDO=""; [ "$$(id -u)" -ne 0 ] && SUDO="sudo"; \
+		$$SUDO apt-get update -qq && \
+		DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq $$missing >/dev/null; \
+	fi
+
+$(DEBUG_DIR)/build.ninja: | deps
+	cmake -S . -B $(DEBUG_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug
+
+$(RELEASE_DIR)/build.ninja: | deps
+	cmake -S . -B $(RELEASE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUORLANE_BUILD_TESTS=OFF
+
+debug: deps $(DEBUG_DIR)/build.ninja
+	cmake --build $(DEBUG_DIR) -j $(JOBS)
+
+release: deps $(RELEASE_DIR)/build.ninja
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone
+
+# Every test suite, under a virtual display so editor tests can open windows.
+test: debug
+	cd $(DEBUG_DIR) && xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j 1
+
+install: release
+	@mkdir -p $(HOME)/.vst $(HOME)/.vst3 $(HOME)/.lv2
+	@install -m 755 $(ARTEFACTS)/VST/Quorlane.so $(HOME)/.vst/Quorlane.so
+	@rm -rf $(HOME)/.vst3/Quorlane.vst3 $(HOME)/.lv2/Quorlane.lv2
+	@cp -R $(ARTEFACTS)/VST3/Quorlane.vst3 $(HOME)/.vst3/
+	@cp -R $(ARTEFACTS)/LV2/Quorlane.lv2 $(HOME)/.lv2/
+	@echo
+	@echo "Installed Quorlane for $(USER):"
+	@echo "  VST 2.4  $(HOME)/.vst/Quorlane.so"
+	@echo "  VST3     $(HOME)/.vst3/Quorlane.vst3"
+	@echo "  LV2      $(HOME)/.lv2/Quorlane.lv2   (URI urn:orlo:quorlane)"
+	@echo "  App      $(ARTEFACTS)/Standalone/Quorlane"
+	@echo "Rescan plug-ins in your DAW (Ardour, Reaper, Bitwig) and insert \"Quorlane\" on a stereo track or bus."
+
+demo: install
+
+bench: deps
+	cmake -S . -B $(RELEASE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUORLANE_BUILD_TESTS=OFF
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target quorlane_bench
+	$(RELEASE_DIR)/bench/quorlane_bench --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
+
+clean:
+	rm -rf build

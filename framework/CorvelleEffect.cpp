@@ -1,0 +1,271 @@
+#include "CorvelleEffect.h"
+
+#include <cmath>
+
+namespace
+{
+    const char* const qualityKeywords[] = { "low", "medium", "high", "highest" };
+}
+
+CorvelleEffect::CorvelleEffect() = default;
+
+CorvelleEffect::~CorvelleEffect() = default;
+
+void CorvelleEffect::initialise()
+{
+    qualityParameter = getParameterManager().findParameter ("Quality");
+    clocks.add (new Clock());
+
+    {
+        auto newCore = createCore();
+        const juce::ScopedLock sl (processingLock);
+        core = std::move (newCore);
+    }
+
+    if (core != nullptr)
+    {
+        // The core starts from the parameters' current values; later changes
+        // arrive one at a time through parameterChanged.
+        for (auto* p : getParameterManager().getAllParameters())
+            core->setParameter (p->getIndex(), p->getNormalisedValue());
+
+        core->setQuality ((unsigned) getCurrentQualityStep());
+        setLatencySamples (core->getLatency());
+    }
+
+    if (supportsQuality() && qualityParameter != nullptr)
+        qualityParameter->setNormalisedValue ((float) defaultQuality * qualityStepSize, true);
+}
+
+int CorvelleEffect::qualityStepFor (float normalisedValue) noexcept
+{
+    return juce::jlimit (0, numQualitySteps - 1, (int) std::floor (normalisedValue * 3.0f + 0.5f));
+}
+
+juce::String CorvelleEffect::qualityKeyword (int step)
+{
+    return qualityKeywords[juce::jlimit (0, numQualitySteps - 1, step)];
+}
+
+int CorvelleEffect::qualityStepForKeyword (const juce::String& keyword)
+{
+    for (int step = 0; step < numQualitySteps; ++step)
+        if (keyword == qualityKeywords[step])
+            return step;
+
+    return -1;
+}
+
+int CorvelleEffect::getCurrentQualityStep() const
+{
+    return qualityParameter != nullptr ? qualityStepFor (qualityParameter->getNormalisedValue()) : defaultQuality;
+}
+
+void CorvelleEffect::parameterChanged (Parameter& parameter)
+{
+    if (core != nullptr)
+    {
+        if (&parameter == qualityParameter && supportsQuality() && ! isQualityLocked())
+        {
+            const auto step = (unsigned) qualityStepFor (parameter.getNormalisedValue());
+            const juce::ScopedLock sl (processingLock);
+            core->setQuality (step);
+        }
+        else
+        {
+            const juce::ScopedLock sl (processingLock);
+            core->setParameter (parameter.getIndex(), parameter.getNormalisedValue());
+        }
+    }
+
+    BasePluginOldStyle::parameterChanged (parameter);
+}
+
+//==============================================================================
+std::unique_ptr<juce::XmlElement> CorvelleEffect::buildState()
+{
+    auto state = BasePluginOldStyle::buildState();
+
+    if (supportsQuality())
+        state->createNewChildElement ("UniqueData")->setAttribute ("quality", qualityKeyword (getCurrentQualityStep()));
+
+    return state;
+}
+
+bool CorvelleEffect::restoreStateElement (const juce::XmlElement& element)
+{
+    if (element.hasTagName ("UniqueData"))
+    {
+        const int step = qualityStepForKeyword (element.getStringAttribute ("quality"));
+
+        if (step >= 0 && supportsQuality() && qualityParameter != nullptr)
+            qualityParameter->setNormalisedValue ((float) step * qualityStepSize, true);
+
+        return true;
+    }
+
+    return BasePluginOldStyle::restoreStateElement (element);
+}
+
+//==============================================================================
+void CorvelleEffect::prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock)
+{
+    prepared.exchange (1);
+
+    for (auto* clock : clocks)
+        clock->setSampleRate (sampleRate);
+
+    if (core != nullptr)
+    {
+        {
+            const juce::ScopedLock sl (processingLock);
+            core->prepare (sampleRate, maximumExpectedSamplesPerBlock);
+            core->setQuality ((unsigned) getCurrentQualityStep());
+        }
+
+        setLatencySamples (core->getLatency());
+    }
+}
+
+void CorvelleEffect::releaseResources()
+{
+    prepared.exchange (0);
+}
+
+juce::AudioProcessorEditor* CorvelleEffect::createEditor()
+{
+    return new juce::GenericAudioProcessorEditor (*this);
+}
+
+void CorvelleEffect::synchroniseClocks()
+{
+    if (clocks.isEmpty())
+        return;
+
+    auto* playHead = getPlayHead();
+
+    if (playHead == nullptr)
+        return;
+
+    const auto position = playHead->getPosition();
+
+    if (! position.hasValue())
+        return;
+
+    const double tempo = position->getBpm().orFallback (120.0);
+    const double quarters = position->getPpqPosition().orFallback (0.0);
+    const bool playing = position->getIsPlaying();
+
+    if (core != nullptr)
+    {
+        const juce::ScopedLock sl (processingLock);
+        core->setTempo (tempo);
+    }
+
+    for (auto* clock : clocks)
+    {
+        clock->setTempo (tempo);
+        clock->setPosition (quarters);
+
+        if (playing && ! clock->isRunning())
+            clock->start (quarters);
+        else if (! playing && clock->isRunning())
+            clock->stop();
+    }
+}
+
+void CorvelleEffect::processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages)
+{
+    const int numSamples = buffer.getNumSamples();
+    const int numInputs = getTotalNumInputChannels();
+    const int numOutputs = juce::jmin (getTotalNumOutputChannels(), buffer.getNumChannels());
+
+    synchroniseClocks();
+
+    isStereo = numInputs == 2 && numOutputs == 2;
+
+    for (int channel = numInputs; channel < numOutputs; ++channel)
+        buffer.clear (channel, 0, numSamples);
+
+    leftPtr = buffer.getNumChannels() > 0 ? buffer.getWritePointer (0) : nullptr;
+    rightPtr = isStereo ? buffer.getWritePointer (1) : nullptr;
+
+    if (leftPtr == nullptr)
+        return;
+
+    auto event = midiMessages.cbegin();
+    const auto end = midiMessages.cend();
+    pendingSamples = 0;
+    processedSamples = 0;
+
+    for (int position = 0; position < numSamples; ++position)
+    {
+        for (; event != end && (*event).samplePosition <= position; ++event)
+        {
+            renderPending();
+            handleMidiEvent ((*event).getMessage());
+        }
+
+        for (int i = 0; i < clocks.size(); ++i)
+        {
+            auto* clock = clocks.getUnchecked (i);
+
+            if (clock->advance())
+            {
+                renderPending();
+
+                if (core != nullptr && clock->isEventForCore())
+                {
+                    const juce::ScopedLock sl (processingLock);
+                    core->clockEvent (i, *clock);
+                }
+            }
+        }
+
+        ++pendingSamples;
+    }
+
+    renderPending();
+
+    // Events stamped past the block's end still count; they take effect after it.
+    for (; event != end; ++event)
+        handleMidiEvent ((*event).getMessage());
+}
+
+void CorvelleEffect::renderPending()
+{
+    if (pendingSamples <= 0)
+        return;
+
+    if (! isSuspended() && core != nullptr)
+    {
+        const juce::ScopedLock sl (processingLock);
+        const std::lock_guard<std::recursive_mutex> coreGuard (core->getLock());
+
+        if (isStereo)
+        {
+            float* channels[] = { leftPtr, rightPtr };
+            core->process (channels, channels, pendingSamples);
+        }
+        else
+        {
+            core->processMono (&leftPtr, pendingSamples);
+        }
+    }
+
+    leftPtr += pendingSamples;
+
+    if (isStereo)
+        rightPtr += pendingSamples;
+
+    processedSamples += pendingSamples;
+    pendingSamples = 0;
+}
+
+void CorvelleEffect::handleMidiEvent (const juce::MidiMessage& message)
+{
+    if (message.isController())
+        handleControllerMessage (message);
+    else if (message.isProgramChange() && message.getProgramChangeNumber() < getNumPresets())
+        selectPresetFromProgramChange (message.getProgramChangeNumber());
+}

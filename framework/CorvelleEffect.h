@@ -1,0 +1,79 @@
+#pragma once
+
+#include "Clock.h"
+#include "CorvelleEffectCore.h"
+#include "presets/BasePluginOldStyle.h"
+
+// The base of the product line's effects. It owns the processing core, runs
+// the processing frame (each host block is split at MIDI events and clock
+// ticks and handed to the core in pieces), forwards parameter changes to the
+// core under the processing lock, and drives the core's quality from the
+// hidden "Quality" parameter.
+class CorvelleEffect : public BasePluginOldStyle
+{
+public:
+    using Core = CorvelleEffectCore;
+
+    static constexpr float qualityStepSize = 0.33333334f;
+    static constexpr int numQualitySteps = 4;
+
+    CorvelleEffect();
+    ~CorvelleEffect() override;
+
+    // Finds "Quality", creates the clock and the core, and brings the core to
+    // the default quality. The product calls it at the end of its constructor.
+    void initialise();
+
+    virtual bool supportsQuality() const { return true; }
+    virtual bool isQualityLocked() const { return false; }
+
+    static int qualityStepFor (float normalisedValue) noexcept;
+    static juce::String qualityKeyword (int step);
+    static int qualityStepForKeyword (const juce::String& keyword); // -1 when unknown
+
+    int getCurrentQualityStep() const;
+    int getDefaultQuality() const noexcept { return defaultQuality; }
+
+    Core* getCore() const noexcept { return core.get(); }
+    juce::CriticalSection& getProcessingLock() noexcept { return processingLock; }
+
+    std::unique_ptr<juce::XmlElement> buildState() override;
+
+    //==============================================================================
+    void prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock) override;
+    void releaseResources() override;
+    void processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages) override;
+    using AudioProcessor::processBlock;
+    void reset() override {}
+    bool isPrepared() const noexcept { return prepared.load() != 0; }
+
+    juce::AudioProcessorEditor* createEditor() override;
+
+    void parameterChanged (Parameter& parameter) override;
+
+protected:
+    virtual std::unique_ptr<Core> createCore() = 0;
+
+    bool restoreStateElement (const juce::XmlElement& element) override;
+
+    int defaultQuality = 0;
+
+private:
+    void renderPending();
+    void handleMidiEvent (const juce::MidiMessage& message);
+    void synchroniseClocks();
+
+    std::atomic<int> prepared { 0 };
+    bool isStereo = true;
+    int pendingSamples = 0;
+    int processedSamples = 0;
+    float* leftPtr = nullptr;
+    float* rightPtr = nullptr;
+    juce::OwnedArray<Clock> clocks;
+    std::unique_ptr<Core> core;
+    juce::CriticalSection processingLock;
+
+    Parameter* qualityParameter = nullptr;
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (CorvelleEffect)
+};

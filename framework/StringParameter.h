@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Parameter.h"
+
+// A text value. Numeric reads parse the text; numeric writes store the number
+// as text. A maximum length of 0 means no limit.
+class StringParameter : public Parameter
+{
+public:
+    StringParameter (uint32_t index, const juce::String& name, const juce::String& value = {}, int maximumLength = 0);
+
+    std::unique_ptr<Parameter> clone() const override;
+
+    float getValue() const override;
+    float getNormalisedValue() const override;
+    int getIntValue() const override;
+    bool getBoolValue() const override;
+    juce::String getText() const override;
+
+    void setValue (float value, bool notify) override;
+    void setNormalisedValue (float value, bool notify) override;
+    void setIntValue (int value, bool notify) override;
+    void setBoolValue (bool value, bool notify) override;
+    void setText (const juce::String& text, bool notify) override;
+    void copyValueFrom (const Parameter& other, bool notify) override;
+
+private:
+    const int maximumLength;
+    mutable juce::SpinLock textLock;
+    juce::String text;
+};

@@ -1,0 +1,229 @@
+#include "framework/CorvelleEffect.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+    // Writes every call it receives into a log shared with the test effect,
+    // so the order of rendering and MIDI handling can be checked.
+    struct RecordingCore : CorvelleEffect::Core
+    {
+        explicit RecordingCore (std::vector<std::string>& l) : log (l) {}
+
+        void reset() override {}
+        void prepare (double, int) override { log.push_back ("prepare"); }
+        void setParameter (uint32_t index, float value) override
+        {
+            parameters.emplace_back (index, value);
+        }
+        void setQuality (unsigned q) override { quality = (int) q; }
+        int getLatency() const override { return 32; }
+
+        void process (const float* const* in, float* const* out, int n) override
+        {
+            log.push_back ("stereo " + std::to_string (n));
+            for (int i = 0; i < n; ++i)
+            {
+                out[0][i] = in[0][i] * 2.0f;
+                out[1][i] = in[1][i] * 3.0f;
+            }
+        }
+
+        void processMono (float* const* channels, int n) override
+        {
+            log.push_back ("mono " + std::to_string (n));
+            for (int i = 0; i < n; ++i)
+                channels[0][i] *= 2.0f;
+        }
+
+        std::vector<std::string>& log;
+        std::vector<std::pair<uint32_t, float>> parameters;
+        int quality = -1;
+    };
+
+    struct TestEffect : CorvelleEffect
+    {
+        explicit TestEffect (bool withCore = true) : hasCore (withCore) { initialise(); }
+
+        juce::String getPluginName() const override { return "Quorlane"; }
+        double getTailLengthSeconds() const override { return 0.0; }
+
+        std::unique_ptr<Core> createCore() override
+        {
+            if (! hasCore)
+                return nullptr;
+            auto c = std::make_unique<RecordingCore> (log);
+            recordingCore = c.get();
+            return c;
+        }
+
+        void handleControllerMessage (const juce::MidiMessage& m) override
+        {
+            log.push_back ("cc " + std::to_string (m.getControllerNumber()));
+        }
+
+        int getNumPresets() const override { return 4; }
+        void selectPresetFromProgramChange (int program) override { log.push_back ("program " + std::to_string (program)); }
+
+        bool hasCore;
+        std::vector<std::string> log;
+        RecordingCore* recordingCore = nullptr;
+    };
+
+    juce::AudioBuffer<float> ramp (int channels, int samples)
+    {
+        juce::AudioBuffer<float> b (channels, samples);
+        for (int c = 0; c < channels; ++c)
+            for (int i = 0; i < samples; ++i)
+                b.setSample (c, i, (float) (i + 1) * (c == 0 ? 1.0f : -1.0f));
+        return b;
+    }
+
+    using Log = std::vector<std::string>;
+}
+
+TEST (ProcessingFrame, APlainBlockIsOneRenderCall)
+{
+    TestEffect fx;
+    fx.prepareToPlay (48000.0, 512);
+    fx.log.clear();
+    auto buffer = ramp (2, 512);
+    juce::MidiBuffer midi;
+    fx.processBlock (buffer, midi);
+
+    EXPECT_EQ (fx.log, (Log { "stereo 512" }));
+    EXPECT_EQ (buffer.getSample (0, 511), 1024.0f);
+    EXPECT_EQ (buffer.getSample (1, 0), -3.0f);
+}
+
+TEST (ProcessingFrame, SplitsAtMidiEventsSoControlIsSampleAccurate)
+{
+    TestEffect fx;
+    fx.prepareToPlay (48000.0, 256);
+    fx.log.clear();
+    auto buffer = ramp (2, 256);
+    juce::MidiBuffer midi;
+    midi.addEvent (juce::MidiMessage::controllerEvent (1, 7, 100), 0);
+    midi.addEvent (juce::MidiMessage::controllerEvent (1, 10, 1), 100);
+    midi.addEvent (juce::MidiMessage::programChange (1, 2), 100);
+    midi.addEvent (juce::MidiMessage::programChange (1, 4), 200);
+    midi.addEvent (juce::MidiMessage::noteOn (1, 60, 0.5f), 220);
+    fx.processBlock (buffer, midi);
+
+    EXPECT_EQ (fx.log, (Log { "cc 7", "stereo 100", "cc 10", "program 2", "stereo 100", "stereo 56" }))
+        << "an event at 0 comes before any audio with no empty render; program 4 is beyond the presets; "
+           "a note splits the block but does nothing";
+
+    for (int i = 0; i < 256; ++i)
+        ASSERT_EQ (buffer.getSample (0, i), 2.0f * (float) (i + 1)) << "every sample rendered exactly once";
+}
+
+TEST (ProcessingFrame, MonoLayoutsUseTheMonoRenderAndClearSpareOutputs)
+{
+    TestEffect fx;
+    fx.setPlayConfigDetails (1, 2, 48000.0, 64);
+    fx.prepareToPlay (48000.0, 64);
+    fx.log.clear();
+
+    auto buffer = ramp (2, 64);
+    juce::MidiBuffer midi;
+    fx.processBlock (buffer, midi);
+    EXPECT_EQ (fx.log, (Log { "mono 64" }));
+    EXPECT_EQ (buffer.getSample (0, 10), 22.0f);
+    EXPECT_EQ (buffer.getMagnitude (1, 0, 64), 0.0f);
+
+    fx.setPlayConfigDetails (1, 1, 48000.0, 64);
+    fx.log.clear();
+    auto mono = ramp (1, 64);
+    fx.processBlock (mono, midi);
+    EXPECT_EQ (fx.log, (Log { "mono 64" }));
+}
+
+TEST (ProcessingFrame, WithoutCoreOrWhileSuspendedAudioPassesThrough)
+{
+    TestEffect bare (false);
+    bare.prepareToPlay (44100.0, 128);
+    auto buffer = ramp (2, 128);
+    const auto original = buffer;
+    juce::MidiBuffer midi;
+    midi.addEvent (juce::MidiMessage::controllerEvent (1, 1, 1), 64);
+    bare.processBlock (buffer, midi);
+    for (int c = 0; c < 2; ++c)
+        for (int i = 0; i < 128; ++i)
+            ASSERT_EQ (buffer.getSample (c, i), original.getSample (c, i));
+    EXPECT_EQ (bare.log, (Log { "cc 1" }));
+
+    TestEffect fx;
+    fx.prepareToPlay (44100.0, 128);
+    fx.suspendProcessing (true);
+    fx.log.clear();
+    fx.processBlock (buffer, midi);
+    EXPECT_EQ (fx.log, (Log { "cc 1" }));
+    EXPECT_EQ (buffer.getSample (1, 127), original.getSample (1, 127));
+}
+
+TEST (ProcessingFrame, ClockTicksSplitTheBlockWhileTheTransportRuns)
+{
+    struct PlayingHead : juce::AudioPlayHead
+    {
+        juce::Optional<PositionInfo> getPosition() const override
+        {
+            PositionInfo info;
+            info.setBpm (120.0);
+            info.setPpqPosition (0.99);
+            info.setIsPlaying (true);
+            return info;
+        }
+    } head;
+
+    TestEffect fx;
+    fx.setPlayHead (&head);
+    fx.prepareToPlay (48000.0, 1024);
+    fx.log.clear();
+    auto buffer = ramp (2, 1024);
+    juce::MidiBuffer midi;
+    fx.processBlock (buffer, midi);
+
+    // At 120 bpm a beat is 24000 samples; 0.01 beat (240 samples) before one,
+    // the tick falls while advancing sample 239.
+    EXPECT_EQ (fx.log, (Log { "stereo 239", "stereo 785" }));
+    fx.setPlayHead (nullptr);
+}
+
+TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
+{
+    TestEffect fx;
+    auto& core = *fx.recordingCore;
+    ASSERT_EQ (core.quality, 0);
+    core.parameters.clear();
+
+    fx.getParameter (3)->setNormalisedValue (0.8f, true);
+    ASSERT_EQ (core.parameters.size(), 1u);
+    EXPECT_EQ (core.parameters[0], (std::pair<uint32_t, float> { 3, 0.8f }));
+
+    auto* quality = fx.getParameterManager().findParameter ("Quality");
+    const struct { float value; int step; } steps[] = { { 0.5f, 2 }, { 0.16f, 0 }, { 0.17f, 1 }, { 1.0f, 3 } };
+
+    for (const auto& s : steps)
+    {
+        quality->setNormalisedValue (s.value, true);
+        EXPECT_EQ (core.quality, s.step) << s.value;
+        EXPECT_EQ (fx.getCurrentQualityStep(), s.step);
+    }
+
+    EXPECT_EQ (core.parameters.size(), 1u) << "quality reaches the core as a step, not as a parameter";
+    EXPECT_EQ (CorvelleEffect::qualityKeyword (2), "high");
+    EXPECT_EQ (CorvelleEffect::qualityStepForKeyword ("highest"), 3);
+    EXPECT_EQ (CorvelleEffect::qualityStepForKeyword ("ultra"), -1);
+}
+
+TEST (EffectBase, LatencyComesFromTheCore)
+{
+    TestEffect fx;
+    EXPECT_EQ (fx.getLatencySamples(), 32);
+    TestEffect bare (false);
+    EXPECT_EQ (bare.getLatencySamples(), 0);
+}

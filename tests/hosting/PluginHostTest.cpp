@@ -1,0 +1,160 @@
+// Loads the VST3 and LV2 builds through JUCE's own plug-in hosting, as a DAW
+// would: scan, instantiate, read the parameters, process audio and carry the
+// state over to a second instance.
+
+#include <juce_audio_processors/juce_audio_processors.h>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+    const char* const parameterNames[] = {
+        "Early Size", "Early Diffusion", "Early Attenuation", "Early EQ Frequency", "Early EQ Gain",
+        "Early EQ Bandwidth", "Late Size", "Late Diffusion", "Late Feedback", "Late Attenuation",
+        "Late Bass Cut", "Late EQ Frequency", "Late EQ Gain", "Late EQ Bandwidth", "X Fader",
+        "Modulation", "Predelay", "Wet Gain", "FX", "Output Volume"
+    };
+
+    struct Format
+    {
+        juce::String name;
+        std::function<std::unique_ptr<juce::AudioPluginFormat>()> create;
+        juce::String identifier;
+    };
+
+    void pumpMessages()
+    {
+        juce::MessageManager::getInstance()->runDispatchLoopUntil (20);
+    }
+
+    // Some formats deliver parameter changes and restored state with the next
+    // processed block, as a host's audio thread would.
+    void processBlocks (juce::AudioPluginInstance& plugin, int blocks, float impulse = 0.0f)
+    {
+        juce::AudioBuffer<float> buffer (2, 256);
+        juce::MidiBuffer midi;
+
+        for (int b = 0; b < blocks; ++b)
+        {
+            buffer.clear();
+            if (b == 0)
+                buffer.setSample (0, 0, impulse);
+            plugin.processBlock (buffer, midi);
+        }
+
+        pumpMessages();
+    }
+
+    class HostedPlugin : public ::testing::TestWithParam<Format>
+    {
+    protected:
+        std::unique_ptr<juce::AudioPluginInstance> instantiate()
+        {
+            auto format = GetParam().create();
+            juce::OwnedArray<juce::PluginDescription> types;
+            format->findAllTypesForFile (types, GetParam().identifier);
+
+            if (types.isEmpty())
+                return nullptr;
+
+            juce::String error;
+            auto instance = format->createInstanceFromDescription (*types[0], 48000.0, 256, error);
+
+            if (instance != nullptr)
+            {
+                instance->enableAllBuses();
+                instance->setPlayConfigDetails (2, 2, 48000.0, 256);
+                instance->prepareToPlay (48000.0, 256);
+            }
+
+            return instance;
+        }
+    };
+}
+
+TEST_P (HostedPlugin, ShowsTheTwentyParametersByName)
+{
+    auto plugin = instantiate();
+    ASSERT_NE (plugin, nullptr) << GetParam().identifier;
+    EXPECT_EQ (plugin->getName(), "Quorlane");
+
+    const auto& params = plugin->getParameters();
+    ASSERT_GE (params.size(), 20);
+
+    for (int i = 0; i < 20; ++i)
+    {
+        EXPECT_EQ (params[i]->getName (64), parameterNames[i]);
+        EXPECT_TRUE (params[i]->isAutomatable()) << parameterNames[i];
+    }
+
+    // Whatever follows is the wrapper's own (a bypass switch, MIDI controller slots).
+    for (int i = 20; i < params.size(); ++i)
+    {
+        const auto name = params[i]->getName (64);
+        EXPECT_TRUE (name == "Bypass" || name.startsWith ("MIDI CC")) << name;
+        EXPECT_NE (name, "Quality");
+        EXPECT_NE (name, "Decay Time");
+    }
+}
+
+TEST_P (HostedPlugin, ChangesAParameterAndProcessesAudio)
+{
+    auto plugin = instantiate();
+    ASSERT_NE (plugin, nullptr);
+
+    auto* fx = plugin->getParameters()[18];
+    fx->setValueNotifyingHost (0.0f);
+    processBlocks (*plugin, 60); // long enough for the dry/wet gain to settle
+    EXPECT_FLOAT_EQ (fx->getValue(), 0.0f);
+    EXPECT_EQ (fx->getCurrentValueAsText(), fx->getText (0.0f, 64));
+
+    auto* early = plugin->getParameters()[0];
+    early->setValueNotifyingHost (0.25f);
+    processBlocks (*plugin, 1);
+    EXPECT_NEAR (early->getValue(), 0.25f, 1e-6f);
+
+    // Fully dry at unity volume: the impulse comes back, 32 samples late.
+    juce::AudioBuffer<float> buffer (2, 256);
+    juce::MidiBuffer midi;
+    buffer.clear();
+    buffer.setSample (0, 0, 0.5f);
+    buffer.setSample (1, 0, -0.5f);
+    plugin->processBlock (buffer, midi);
+
+    EXPECT_NEAR (buffer.getSample (0, 32), 0.5f, 1e-6f);
+    EXPECT_NEAR (buffer.getSample (1, 32), -0.5f, 1e-6f);
+    EXPECT_EQ (plugin->getLatencySamples(), 32);
+}
+
+TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
+{
+    auto source = instantiate();
+    ASSERT_NE (source, nullptr);
+
+    source->getParameters()[8]->setValueNotifyingHost (0.875f);
+    source->getParameters()[16]->setValueNotifyingHost (0.125f);
+    processBlocks (*source, 2);
+
+    juce::MemoryBlock state;
+    source->getStateInformation (state);
+    ASSERT_GT (state.getSize(), 0u);
+
+    auto restored = instantiate();
+    ASSERT_NE (restored, nullptr);
+    restored->setStateInformation (state.getData(), (int) state.getSize());
+    processBlocks (*restored, 2);
+
+    EXPECT_NEAR (restored->getParameters()[8]->getValue(), 0.875f, 1e-6f);
+    EXPECT_NEAR (restored->getParameters()[16]->getValue(), 0.125f, 1e-6f);
+    EXPECT_NEAR (restored->getParameters()[0]->getValue(), 0.5f, 1e-6f);
+}
+
+INSTANTIATE_TEST_SUITE_P (Formats, HostedPlugin,
+    ::testing::Values (
+        Format { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, QUORLANE_VST3_PATH },
+        Format { "LV2", [] {
+            auto format = std::make_unique<juce::LV2PluginFormat>();
+            format->searchPathsForPlugins (juce::FileSearchPath (QUORLANE_LV2_DIR), true, false);
+            return std::unique_ptr<juce::AudioPluginFormat> (std::move (format));
+        }, "urn:orlo:quorlane" }),
+    [] (const auto& info) { return info.param.name.toStdString(); });

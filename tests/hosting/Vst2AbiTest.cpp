@@ -1,0 +1,242 @@
+// Loads the VST2 build the way a host does: dlopen, VSTPluginMain and the raw
+// effect record, with the opcode numbers and record layout of the VST 2.4 ABI
+// written out here rather than taken from any SDK header.
+
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace
+{
+    struct Effect;
+    using Dispatcher = intptr_t (*) (Effect*, int32_t, int32_t, intptr_t, void*, float);
+    using HostCallback = intptr_t (*) (Effect*, int32_t, int32_t, intptr_t, void*, float);
+    using ProcessFn = void (*) (Effect*, float**, float**, int32_t);
+    using SetParameterFn = void (*) (Effect*, int32_t, float);
+    using GetParameterFn = float (*) (Effect*, int32_t);
+
+    struct Effect
+    {
+        int32_t magic;
+        Dispatcher dispatcher;
+        ProcessFn process;
+        SetParameterFn setParameter;
+        GetParameterFn getParameter;
+        int32_t numPrograms, numParams, numInputs, numOutputs;
+        int32_t flags;
+        intptr_t reserved1, reserved2;
+        int32_t initialDelay, realQualities, offQualities;
+        float ioRatio;
+        void* object;
+        void* user;
+        int32_t uniqueID, version;
+        ProcessFn processReplacing;
+        void* processDoubleReplacing;
+        char future[56];
+    };
+
+    static_assert (offsetof (Effect, flags) == 56 && offsetof (Effect, initialDelay) == 80
+                   && offsetof (Effect, uniqueID) == 112 && offsetof (Effect, processReplacing) == 120);
+
+    enum Opcode
+    {
+        effOpen = 0, effClose = 1, effSetProgram = 2, effGetProgram = 3, effGetProgramName = 5,
+        effGetParamLabel = 6, effGetParamDisplay = 7, effGetParamName = 8, effSetSampleRate = 10,
+        effSetBlockSize = 11, effMainsChanged = 12, effGetChunk = 23, effSetChunk = 24,
+        effCanBeAutomated = 26, effGetProgramNameIndexed = 29, effGetEffectName = 45,
+        effGetVendorString = 47, effGetProductString = 48, effGetVendorVersion = 49, effCanDo = 51,
+        effGetTailSize = 52, effGetVstVersion = 58, effStartProcess = 71, effStopProcess = 72
+    };
+
+    constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32, isSynth = 0x100, noSoundInStop = 0x200;
+
+    std::vector<int32_t> hostOpcodesSeen;
+
+    intptr_t host (Effect*, int32_t opcode, int32_t, intptr_t, void*, float)
+    {
+        hostOpcodesSeen.push_back (opcode);
+        return opcode == 1 ? 2400 : 0; // audioMasterVersion
+    }
+
+    class Vst2Plugin
+    {
+    public:
+        Vst2Plugin()
+        {
+            library = dlopen (QUORLANE_VST2_PATH, RTLD_NOW | RTLD_LOCAL);
+
+            if (library == nullptr)
+                return;
+
+            if (auto main = reinterpret_cast<Effect* (*) (HostCallback)> (dlsym (library, "VSTPluginMain")))
+                effect = main (host);
+
+            if (effect != nullptr)
+                call (effOpen);
+        }
+
+        ~Vst2Plugin()
+        {
+            if (effect != nullptr)
+                call (effClose);
+        }
+
+        intptr_t call (int32_t opcode, int32_t index = 0, intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f)
+        {
+            return effect->dispatcher (effect, opcode, index, value, ptr, opt);
+        }
+
+        std::string text (int32_t opcode, int32_t index = 0)
+        {
+            char buffer[256];
+            std::memset (buffer, 'X', sizeof (buffer));
+            buffer[255] = 0;
+            call (opcode, index, 0, buffer);
+            return buffer;
+        }
+
+        std::string chunk()
+        {
+            void* data = nullptr;
+            const auto size = call (effGetChunk, 0, 0, &data);
+            return data != nullptr && size > 0 ? std::string (static_cast<const char*> (data), (size_t) size) : std::string();
+        }
+
+        void* library = nullptr;
+        Effect* effect = nullptr;
+    };
+
+    constexpr int32_t fourCC (const char* c)
+    {
+        return (int32_t) (((uint32_t) (uint8_t) c[0] << 24) | ((uint32_t) (uint8_t) c[1] << 16)
+                          | ((uint32_t) (uint8_t) c[2] << 8) | (uint32_t) (uint8_t) c[3]);
+    }
+}
+
+class Vst2Abi : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_NE (plugin.effect, nullptr) << dlerror(); }
+    Vst2Plugin plugin;
+};
+
+TEST_F (Vst2Abi, TheEntryPointIsTheOnlyExport)
+{
+    EXPECT_NE (dlsym (plugin.library, "VSTPluginMain"), nullptr);
+    EXPECT_EQ (dlsym (plugin.library, "main"), nullptr);
+    EXPECT_EQ (dlsym (plugin.library, "quorlaneJuceVSTPluginMain"), nullptr);
+}
+
+TEST_F (Vst2Abi, TheEffectRecordAnnouncesTheConfiguration)
+{
+    const auto& e = *plugin.effect;
+    EXPECT_EQ (e.magic, fourCC ("VstP"));
+    EXPECT_EQ (e.uniqueID, fourCC ("Q7L2"));
+    EXPECT_EQ (e.version, 0x10301);
+    EXPECT_EQ (e.numPrograms, 0);
+    EXPECT_EQ (e.numParams, 20);
+    EXPECT_EQ (e.numInputs, 2);
+    EXPECT_EQ (e.numOutputs, 2);
+    EXPECT_EQ (e.flags, hasEditor | canReplacing | programChunks);
+    EXPECT_EQ (e.flags & (isSynth | noSoundInStop), 0);
+    EXPECT_EQ (e.initialDelay, 32);
+    EXPECT_NE (e.processReplacing, nullptr);
+}
+
+TEST_F (Vst2Abi, NamesVersionsAndCapabilities)
+{
+    EXPECT_EQ (plugin.text (effGetEffectName), "Quorlane");
+    EXPECT_EQ (plugin.text (effGetProductString), "Quorlane");
+    EXPECT_EQ (plugin.text (effGetVendorString), "Orlo Digital Audio Works");
+    EXPECT_EQ (plugin.call (effGetVendorVersion), 0x10301);
+    EXPECT_EQ (plugin.call (effGetVstVersion), 2400);
+
+    const struct { const char* query; intptr_t answer; } canDo[] = {
+        { "receiveVstEvents", 1 }, { "receiveVstMidiEvent", 1 }, { "receiveVstMidiEvents", 1 },
+        { "sendVstEvents", -1 }, { "sendVstMidiEvent", -1 }, { "sendVstMidiEvents", -1 },
+        { "receiveVstTimeInfo", 1 }, { "conformsToWindowRules", 1 }, { "openCloseAnyThread", -1 },
+        { "bypass", 0 }, { "offline", 0 }, { "hasCockosExtensions", 0 }, { "", 0 },
+    };
+
+    for (const auto& row : canDo)
+        EXPECT_EQ (plugin.call (effCanDo, 0, 0, const_cast<char*> (row.query)), row.answer) << row.query;
+
+    EXPECT_EQ (plugin.call (effGetProgram), 0);
+    EXPECT_EQ (plugin.text (effGetProgramName), "");
+    EXPECT_EQ (plugin.text (effGetProgramNameIndexed, 0), "");
+}
+
+TEST_F (Vst2Abi, ParametersByIndex)
+{
+    const char* names[] = { "Early Size", "Early Diffusion", "Early Attenuation", "Early EQ Frequency",
+                            "Early EQ Gain", "Early EQ Bandwidth", "Late Size", "Late Diffusion",
+                            "Late Feedback", "Late Attenuation", "Late Bass Cut", "Late EQ Frequency",
+                            "Late EQ Gain", "Late EQ Bandwidth", "X Fader", "Modulation", "Predelay",
+                            "Wet Gain", "FX", "Output Volume" };
+
+    for (int i = 0; i < 20; ++i)
+    {
+        EXPECT_EQ (plugin.text (effGetParamName, i), names[i]);
+        EXPECT_FALSE (plugin.text (effGetParamDisplay, i).empty()) << i;
+        EXPECT_EQ (plugin.call (effCanBeAutomated, i), 1) << i;
+    }
+
+    for (int i : { 20, 21, 22, 127, 5000, -1 })
+    {
+        EXPECT_EQ (plugin.text (effGetParamName, i), "") << i;
+        EXPECT_EQ (plugin.text (effGetParamDisplay, i), "") << i;
+        EXPECT_EQ (plugin.text (effGetParamLabel, i), "") << i;
+    }
+
+    plugin.effect->setParameter (plugin.effect, 4, 0.25f);
+    EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 4), 0.25f);
+    EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 0), 0.5f);
+}
+
+TEST_F (Vst2Abi, StateChunkRestoresIntoAFreshInstance)
+{
+    plugin.effect->setParameter (plugin.effect, 9, 0.125f);
+    plugin.effect->setParameter (plugin.effect, 16, 0.75f);
+    const auto saved = plugin.chunk();
+    ASSERT_NE (saved.find ("<PluginState application=\"Quorlane\""), std::string::npos);
+
+    Vst2Plugin other;
+    ASSERT_NE (other.effect, nullptr);
+    EXPECT_FLOAT_EQ (other.effect->getParameter (other.effect, 9), 1.0f);
+    other.call (effSetChunk, 0, (intptr_t) saved.size(), const_cast<char*> (saved.data()));
+    EXPECT_FLOAT_EQ (other.effect->getParameter (other.effect, 9), 0.125f);
+    EXPECT_FLOAT_EQ (other.effect->getParameter (other.effect, 16), 0.75f);
+    EXPECT_EQ (other.chunk(), saved);
+}
+
+TEST_F (Vst2Abi, ProcessesAudioInPlaceAndAnswersTheTail)
+{
+    plugin.call (effSetSampleRate, 0, 0, nullptr, 48000.0f);
+    plugin.call (effSetBlockSize, 0, 256);
+    plugin.call (effMainsChanged, 0, 1);
+    plugin.call (effStartProcess);
+
+    std::vector<float> left (256), right (256);
+    for (int block = 0; block < 40; ++block)
+    {
+        for (size_t i = 0; i < 256; ++i)
+            left[i] = right[i] = block == 0 && i == 0 ? 1.0f : 0.0f;
+
+        float* channels[] = { left.data(), right.data() };
+        plugin.effect->processReplacing (plugin.effect, channels, channels, 256);
+
+        for (size_t i = 0; i < 256; ++i)
+            ASSERT_TRUE (std::isfinite (left[i]) && std::isfinite (right[i]));
+    }
+
+    EXPECT_GE (plugin.call (effGetTailSize), 1) << "a reverb announces a tail";
+
+    plugin.call (effStopProcess);
+    plugin.call (effMainsChanged, 0, 0);
+}
