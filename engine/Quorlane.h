@@ -2,10 +2,15 @@
 
 #include "framework/CorvelleEffect.h"
 
-// The product: the reverb with its own parameter texts.
+class QuorlaneCore;
+
+// The product: the reverb engine behind the effect base, its parameter texts
+// and the published decay-time estimate.
 class Quorlane : public CorvelleEffect
 {
 public:
+    static constexpr uint32_t decayTimeIndex = 21;
+
     Quorlane();
     ~Quorlane() override;
 
@@ -15,6 +20,16 @@ public:
 
     double getTailLengthSeconds() const override;
 
+    void parameterChanged (Parameter& parameter) override;
+    void prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock) override;
+
 protected:
     std::unique_ptr<Core> createCore() override;
+
+private:
+    // "Decay Time" holds the estimate in seconds (its range, 0..1000, is read
+    // as seconds too), so its normalised value is seconds / 1000.
+    void publishDecayTime();
+
+    QuorlaneCore* reverb = nullptr;
 };

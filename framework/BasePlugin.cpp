@@ -162,7 +162,7 @@ std::unique_ptr<juce::XmlElement> BasePlugin::buildState()
 
 bool BasePlugin::isPluginState (const juce::XmlElement& element) const
 {
-    return element.hasTagName ("PluginState") && element.getStringAttribute ("application") == getPluginName();
+    return element.getTagName() == "PluginState" && element.getStringAttribute ("application") == getPluginName();
 }
 
 bool BasePlugin::restoreState (const juce::XmlElement& state)

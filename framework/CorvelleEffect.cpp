@@ -94,7 +94,7 @@ std::unique_ptr<juce::XmlElement> CorvelleEffect::buildState()
 
 bool CorvelleEffect::restoreStateElement (const juce::XmlElement& element)
 {
-    if (element.hasTagName ("UniqueData"))
+    if (element.getTagName() == "UniqueData")
     {
         const int step = qualityStepForKeyword (element.getStringAttribute ("quality"));
 

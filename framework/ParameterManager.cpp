@@ -69,7 +69,7 @@ void ParameterManager::loadFromText (const juce::String& xmlText)
 {
     const auto document = juce::parseXML (xmlText);
 
-    if (document == nullptr || ! document->hasTagName (rootTag))
+    if (document == nullptr || document->getTagName() != rootTag)
         return;
 
     for (auto* e = document->getChildByName ("param"); e != nullptr; e = e->getNextElementWithTagName ("param"))

@@ -44,7 +44,7 @@ void BasePluginOldStyle::readParametersState (const juce::XmlElement& element)
 
 bool BasePluginOldStyle::restoreStateElement (const juce::XmlElement& element)
 {
-    if (element.hasTagName ("ParametersState"))
+    if (element.getTagName() == "ParametersState")
     {
         readParametersState (element);
         return true;

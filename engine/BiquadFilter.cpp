@@ -1,0 +1,24 @@
+#include "engine/BiquadFilter.h"
+
+void BiquadFilter::process (double* io) noexcept
+{
+    const bool gliding = tuning.isGliding();
+    double s1 = state1, s2 = state2;
+
+    for (int n = 0; n < blockSize; ++n)
+    {
+        if (gliding)
+            tuning.advance();
+
+        // Transposed direct form II.
+        const auto& c = tuning.getCoefficients();
+        const double x = io[n];
+        const double y = c.b0 * x + s1;
+        s1 = c.b1 * x - c.a1 * y + s2 + 1e-20;
+        s2 = c.b2 * x - c.a2 * y + 1e-20;
+        io[n] = y;
+    }
+
+    state1 = s1;
+    state2 = s2;
+}

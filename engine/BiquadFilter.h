@@ -1,0 +1,21 @@
+#pragma once
+
+#include "engine/BiquadTuning.h"
+
+// A single-channel peaking equaliser over blocks of 32 samples.
+class BiquadFilter
+{
+public:
+    static constexpr int blockSize = 32;
+
+    BiquadFilter (double frequency, double gainDb, double bandwidthOctaves) noexcept
+        : tuning (frequency, gainDb, bandwidthOctaves) {}
+
+    BiquadTuning& getTuning() noexcept { return tuning; }
+
+    void process (double* io) noexcept;
+
+private:
+    BiquadTuning tuning;
+    double state1 = 0.0, state2 = 0.0;
+};

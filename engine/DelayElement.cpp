@@ -1,0 +1,131 @@
+#include "engine/DelayElement.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <new>
+
+DelayElement::DelayElement (std::uint32_t a, std::uint32_t b)
+    : randomA (a % 3060 + 12345), randomB (b % 3060 + 12345)
+{
+    allocate (44100);
+    setLength (10.0);
+}
+
+void DelayElement::allocate (int newCapacity)
+{
+    // calloc hands out fresh zero pages without touching them, which keeps
+    // building an instance quick when a host scans plug-ins.
+    constexpr std::size_t lineDoubles = 8;
+    storage.reset (static_cast<double*> (std::calloc ((std::size_t) (newCapacity + guard) + lineDoubles, sizeof (double))));
+
+    if (storage == nullptr)
+        throw std::bad_alloc();
+
+    const auto address = reinterpret_cast<std::uintptr_t> (storage.get());
+    buffer = storage.get() + (lineDoubles - address / sizeof (double) % lineDoubles) % lineDoubles;
+
+    capacity = newCapacity;
+    writeIndex = 0;
+}
+
+void DelayElement::prepare (double sampleRate)
+{
+    const int newCapacity = (int) std::max (sampleRate, 44100.0);
+
+    if (newCapacity != capacity)
+        allocate (newCapacity);
+    else
+        std::memset (buffer, 0, (std::size_t) (capacity + guard) * sizeof (double));
+
+    writeIndex = 0;
+    rate = 2.0 * (1.0 - std::pow (0.5, 44100.0 / sampleRate));
+    glide = rate * 0.0001;
+    length = clampLength (length);
+    setLength (targetLength);
+}
+
+double DelayElement::clampLength (double samples) const noexcept
+{
+    return std::clamp (samples, 1.0, (double) (capacity - 1));
+}
+
+void DelayElement::setLength (double samples) noexcept
+{
+    targetLength = clampLength (samples);
+    lfoCountdown = 2.0 * targetLength;
+    lfoCoefficient = (1.0 - std::exp (-1.0 / targetLength)) * rate;
+    lengthSettled = false;
+}
+
+void DelayElement::init (double samples, double newDepth, double g) noexcept
+{
+    setLength (samples);
+    length = targetLength;
+    depth = targetDepth = newDepth;
+    depthSettled = false;
+    coefficient = g;
+    lfoStage1 = lfoStage2 = 0.5;
+}
+
+void DelayElement::setDepth (double newDepth) noexcept
+{
+    targetDepth = newDepth;
+    depthSettled = false;
+}
+
+void DelayElement::glideLength() noexcept
+{
+    if (lengthSettled)
+        return;
+
+    const double next = length - (length - targetLength) * glide + 1e-20;
+    lengthSettled = next == length;
+    length = next;
+}
+
+void DelayElement::advanceWriteIndex() noexcept
+{
+    if ((int) writeIndex < guard || (int) writeIndex + blockSize > capacity)
+        std::memcpy (buffer + capacity, buffer, guard * sizeof (double));
+
+    writeIndex += blockSize;
+
+    if (writeIndex >= (std::uint32_t) capacity)
+        writeIndex -= (std::uint32_t) capacity;
+
+    // The write index sweeps the whole buffer once a second, so what it meets
+    // next has long left the cache: fetch it a few blocks early.
+    const int ahead = (int) writeIndex + 4 * blockSize;
+
+    if (ahead + blockSize <= capacity)
+        for (int line = 0; line < blockSize; line += 8)
+            __builtin_prefetch (buffer + ahead + line, 1);
+}
+
+void DelayElement::process (const double* input, double* output, unsigned quality,
+                            const DelayKernels& kernels) noexcept
+{
+    std::int32_t index[blockSize];
+    double fraction[blockSize];
+
+    for (int n = 0; n < blockSize; ++n)
+    {
+        glideLength();
+
+        std::uint32_t w = writeIndex + (std::uint32_t) n;
+        w -= w >= (std::uint32_t) capacity ? (std::uint32_t) capacity : 0;
+
+        // Never reach back further than capacity - 64 samples: the oldest
+        // part of the buffer is being overwritten by this very block.
+        const double position = std::max ((double) (w + (std::uint32_t) capacity) - length, (double) w + 64.0);
+        const auto whole = (std::int32_t) position;
+        index[n] = physical (whole, capacity);
+        fraction[n] = position - (double) whole;
+    }
+
+    // Each read reaches back at least one sample, so writing the whole block
+    // first never changes what is read.
+    writeBlock ([input] (int n) { return input[n] + 1e-20; });
+    kernels.interpolate (buffer, index, fraction, 1, output, 1, blockSize, quality);
+}

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "engine/DelayKernels.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+class DelayElementBank;
+
+// One delay line of the reverb network, used either as a plain delay whose
+// length glides to a new target (process with separate input and output) or
+// as a randomly modulated allpass (run through a DelayElementBank).
+//
+// Read positions are counted in a mirrored buffer of twice the capacity, in
+// which every sample sits at w and at w + capacity, so that a read of up to 32
+// consecutive older samples never has to wrap. Only the start of the mirror is
+// stored: the first 32 samples are repeated after the end of a single copy,
+// which is all a read can reach, and which halves the memory and the writes.
+class DelayElement
+{
+public:
+    // Each random number seeds one of the two states of the LFO's sequence.
+    DelayElement (std::uint32_t randomA, std::uint32_t randomB);
+
+    // Sizes the buffer for one second (at least 44100 samples) and clears it.
+    void prepare (double sampleRate);
+
+    // Sets the target length; the current length glides towards it.
+    void setLength (double samples) noexcept;
+
+    // Sets length, depth and allpass coefficient at once, without gliding.
+    void init (double samples, double depth, double coefficient) noexcept;
+
+    void setDepth (double depth) noexcept;
+    void setCoefficient (double g) noexcept { coefficient = g; }
+
+    // Plain delay over one block; input and output may be the same buffer.
+    void process (const double* input, double* output, unsigned quality,
+                  const DelayKernels& kernels = DelayKernels::best()) noexcept;
+
+    int getCapacity() const noexcept       { return capacity; }
+    double getTargetLength() const noexcept { return targetLength; }
+    double getTargetDepth() const noexcept  { return targetDepth; }
+    double getCoefficient() const noexcept  { return coefficient; }
+
+private:
+    friend class DelayElementBank;
+
+    struct FreeDeleter
+    {
+        void operator() (double* p) const noexcept { std::free (p); }
+    };
+
+    static constexpr int blockSize = DelayKernels::blockSize;
+    static constexpr int guard = blockSize;
+
+    void allocate (int newCapacity);
+    double clampLength (double samples) const noexcept;
+    void glideLength() noexcept;
+
+    // Where a position of the mirrored buffer is stored.
+    static constexpr std::int32_t physical (std::int32_t position, std::int32_t capacity) noexcept
+    {
+        return position >= capacity + guard - 1 ? position - capacity : position;
+    }
+
+    // Stores make (n) for the 32 samples of a block at the write index.
+    template <typename Make>
+    void writeBlock (Make&& make) noexcept
+    {
+        const int w = (int) writeIndex;
+        const int first = std::min (blockSize, capacity - w);
+
+        for (int n = 0; n < first; ++n)
+            buffer[w + n] = make (n);
+
+        for (int n = first; n < blockSize; ++n)
+            buffer[n - first] = make (n);
+
+        advanceWriteIndex();
+    }
+
+    // Moves the write index on by one block, after the block was written.
+    void advanceWriteIndex() noexcept;
+
+    std::unique_ptr<double[], FreeDeleter> storage;
+    double* buffer = nullptr; // storage aligned to a cache line
+    std::uint32_t writeIndex = 0;
+    int capacity = 0;
+
+    std::uint32_t randomA, randomB;
+    double lfoCoefficient = 0.0;
+    double lfoTarget = 0.5, lfoStage1 = 0.5, lfoStage2 = 0.5;
+    double lfoCountdown = 0.0;
+
+    double rate = 1.0;
+    double glide = 0.0001;
+    double length = 10.0, targetLength = 10.0;
+    double depth = 0.0, targetDepth = 0.0;
+    double coefficient = 0.0;
+
+    // A glide stops changing its value once it has reached its fixed point;
+    // from then on it is skipped until a new target is set.
+    bool lengthSettled = false, depthSettled = false;
+};

@@ -1,0 +1,554 @@
+#include "engine/QuorlaneCore.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+using namespace QuorlaneMapping;
+
+namespace
+{
+// The random numbers that seed the elements' LFOs. A fixed sequence gives
+// every instance the same modulation, so equal input gives equal output.
+class SeedSequence
+{
+public:
+    std::uint32_t next() noexcept
+    {
+        state = state * 1103515245u + 12345u;
+        return (state >> 16) & 0x7fffu;
+    }
+
+private:
+    std::uint32_t state = 1;
+};
+
+using Pair = double __attribute__ ((vector_size (16)));
+
+constexpr int ringMask = 2 * QuorlaneCore::blockSize - 1;
+constexpr std::uint32_t decayIndices = (1u << earlySize) | (1u << earlyDiffusion) | (1u << lateSize)
+                                     | (1u << lateDiffusion) | (1u << lateFeedback) | (1u << crossFade)
+                                     | (1u << modulation) | (1u << predelay);
+}
+
+QuorlaneCore::RateConstants QuorlaneCore::RateConstants::forRate (double sr, int previousRateClass) noexcept
+{
+    RateConstants r;
+    r.sampleRate = sr;
+    r.inverse = 1.0 / sr;
+    r.halfInverse = 1.0 / (2.0 * sr);
+    r.nyquist = sr / 2.0;
+    r.ratio = sr * 2.2675736961451248e-5;
+    r.inverseRatio = 44100.0 / sr;
+    r.k = 2.0 * (1.0 - std::pow (0.5, r.inverseRatio));
+    r.kCubed = r.k * r.k * r.k;
+    r.smoothing = r.k * 0.002;
+    r.fade = r.k * 0.005;
+    r.meterRelease = r.k * 0.0001;
+
+    r.rateClass = sr == 44100.0 ? 0 : sr == 48000.0 ? 1 : sr == 88200.0 ? 2
+                : sr == 96000.0 ? 3 : sr == 192000.0 ? 4 : previousRateClass;
+    return r;
+}
+
+QuorlaneCore::QuorlaneCore()
+    : earlyEq (eqFrequency (values[earlyEqFrequency]), eqGainDb (values[earlyEqGain]), eqBandwidth (values[earlyEqBandwidth])),
+      lateEq (eqFrequency (values[lateEqFrequency]), eqGainDb (values[lateEqGain]), eqBandwidth (values[lateEqBandwidth])),
+      earlyEqMono (eqFrequency (values[earlyEqFrequency]), eqGainDb (values[earlyEqGain]), eqBandwidth (values[earlyEqBandwidth])),
+      lateEqMono (eqFrequency (values[lateEqFrequency]), eqGainDb (values[lateEqGain]), eqBandwidth (values[lateEqBandwidth]))
+{
+    // Predelays, the early and late chains (alternating left and right), and
+    // the cross-coupled delays; all built for 44100 Hz until prepared.
+    constexpr int elementCount = 2 + 2 * (earlyStages + lateStages) + 2;
+    SeedSequence seeds;
+    elements.reserve (elementCount);
+
+    for (int i = 0; i < elementCount; ++i)
+    {
+        const auto a = seeds.next();
+        const auto b = seeds.next();
+        elements.emplace_back (a, b);
+    }
+
+    // Stereo lanes follow the chain order; the mono path runs the left half.
+    for (int i = 0; i < 2 * earlyStages; ++i)
+        stereoAllpasses.add (early (i));
+
+    for (int i = 0; i < 2 * lateStages; ++i)
+        stereoAllpasses.add (late (i));
+
+    for (int i = 0; i < earlyStages; ++i)
+        monoAllpasses.add (early (2 * i));
+
+    for (int i = 0; i < lateStages; ++i)
+        monoAllpasses.add (late (2 * i));
+
+    recomputeAll();
+}
+
+void QuorlaneCore::reset()
+{
+    std::memset (ring, 0, sizeof (ring));
+    writeIndex = blockSize;
+    readIndex = 0;
+    fill = 0;
+}
+
+void QuorlaneCore::prepare (double sampleRate, int)
+{
+    rate = RateConstants::forRate (sampleRate, rate.rateClass);
+    fadeCoefficient = rate.fade;
+    peakDecay = 1.0 - rate.meterRelease;
+
+    reset();
+    std::memset (work, 0, sizeof (work));
+    std::memset (earlyOut, 0, sizeof (earlyOut));
+    std::memset (crossDelayOut, 0, sizeof (crossDelayOut));
+
+    for (auto& e : elements)
+        e.prepare (sampleRate);
+
+    recomputeAll();
+}
+
+// Every quantity from the stored values, without glides: the state a fresh
+// instance or a new sample rate starts from.
+void QuorlaneCore::recomputeAll() noexcept
+{
+    const double sr = rate.sampleRate;
+
+    earlyEq.getTuning().prepare (sr, eqFrequency (values[earlyEqFrequency]), eqGainDb (values[earlyEqGain]), eqBandwidth (values[earlyEqBandwidth]));
+    earlyEqMono.getTuning().prepare (sr, eqFrequency (values[earlyEqFrequency]), eqGainDb (values[earlyEqGain]), eqBandwidth (values[earlyEqBandwidth]));
+    lateEq.getTuning().prepare (sr, eqFrequency (values[lateEqFrequency]), eqGainDb (values[lateEqGain]), eqBandwidth (values[lateEqBandwidth]));
+    lateEqMono.getTuning().prepare (sr, eqFrequency (values[lateEqFrequency]), eqGainDb (values[lateEqGain]), eqBandwidth (values[lateEqBandwidth]));
+
+    for (std::uint32_t i = 0; i < parameterCount; ++i)
+        applyParameter (i);
+
+    // Until the knob next moves, the bass cut follows the curve without the
+    // offset that a knob change applies.
+    setBassCut (preparedBassCutFrequency (values[lateBassCut]));
+
+    for (auto& e : elements)
+        e.init (e.getTargetLength(), e.getTargetDepth(), e.getCoefficient());
+
+    for (auto* s : { &crossFadeMix, &wetMix, &dryWetMix, &volumeMix })
+        s->value = s->target;
+
+    std::fill (std::begin (crossfeedState), std::end (crossfeedState), 0.0);
+    std::fill (std::begin (lateLowState), std::end (lateLowState), 0.0);
+    std::fill (std::begin (highPreviousIn), std::end (highPreviousIn), 0.0);
+    std::fill (std::begin (highPreviousOut), std::end (highPreviousOut), 0.0);
+    std::fill (std::begin (peak), std::end (peak), 0.0);
+
+    updateDecayEstimate();
+}
+
+void QuorlaneCore::setParameter (std::uint32_t index, float normalisedValue)
+{
+    if (index >= parameterCount)
+        return;
+
+    values[index] = std::clamp ((double) normalisedValue, 0.0, 1.0);
+    applyParameter (index);
+
+    if ((decayIndices >> index) & 1u)
+        updateDecayEstimate();
+}
+
+void QuorlaneCore::setBassCut (double hz) noexcept
+{
+    highA = onePoleCoefficient (hz, rate.sampleRate) + 1e-20;
+    highB = (highA + 1.0) / 2.0 + 1e-20;
+}
+
+void QuorlaneCore::applyParameter (std::uint32_t index) noexcept
+{
+    const double p = values[index];
+    const double sr = rate.sampleRate;
+
+    switch (index)
+    {
+        case earlySize:
+        {
+            earlyFirstLength = sr / earlySizeFrequency (p);
+            double length = earlyFirstLength;
+
+            for (int i = 0; i < 2 * earlyStages; ++i, length *= elementRatio)
+                early (i).setLength (length);
+
+            break;
+        }
+
+        case earlyDiffusion:
+            for (int i = 0; i < 2 * earlyStages; ++i)
+                early (i).setCoefficient (earlyDiffusionCoefficient (p));
+            break;
+
+        case earlyAttenuation: earlyCoefficient = onePoleCoefficient (attenuationFrequency (p), sr); break;
+
+        case earlyEqFrequency:
+            earlyEq.getTuning().setFrequency (eqFrequency (p));
+            earlyEqMono.getTuning().setFrequency (eqFrequency (p));
+            break;
+
+        case earlyEqGain:
+            earlyEq.getTuning().setGain (eqGainDb (p));
+            earlyEqMono.getTuning().setGain (eqGainDb (p));
+            break;
+
+        case earlyEqBandwidth:
+            earlyEq.getTuning().setBandwidth (eqBandwidth (p));
+            earlyEqMono.getTuning().setBandwidth (eqBandwidth (p));
+            break;
+
+        case lateSize:
+        {
+            const double semitones = lateSemitones (p);
+            lateFirstLength = sr / pitchFrequency (semitones);
+            leftCrossLength = sr / pitchFrequency (semitones - leftCrossOffset);
+            double length = lateFirstLength;
+
+            for (int i = 0; i < 2 * lateStages; ++i, length *= elementRatio)
+                late (i).setLength (length);
+
+            crossDelay (0).setLength (leftCrossLength);
+            crossDelay (1).setLength (sr / pitchFrequency (semitones - rightCrossOffset));
+            break;
+        }
+
+        case lateDiffusion:
+            for (int i = 0; i < 2 * lateStages; ++i)
+                late (i).setCoefficient (lateDiffusionCoefficient (p));
+            break;
+
+        case lateFeedback:    feedback = feedbackGain (p); break;
+        case lateAttenuation: lateCoefficient = onePoleCoefficient (attenuationFrequency (p), sr); break;
+        case lateBassCut:     setBassCut (bassCutFrequency (p)); break;
+
+        case lateEqFrequency:
+            lateEq.getTuning().setFrequency (eqFrequency (p));
+            lateEqMono.getTuning().setFrequency (eqFrequency (p));
+            break;
+
+        case lateEqGain:
+            lateEq.getTuning().setGain (eqGainDb (p));
+            lateEqMono.getTuning().setGain (eqGainDb (p));
+            break;
+
+        case lateEqBandwidth:
+            lateEq.getTuning().setBandwidth (eqBandwidth (p));
+            lateEqMono.getTuning().setBandwidth (eqBandwidth (p));
+            break;
+
+        case crossFade: crossFadeMix.target = p; break;
+
+        case modulation:
+            // The predelays are never modulated; the cross-coupled delays take
+            // the depth but, being plain delays, do not use it.
+            for (size_t i = 2; i < elements.size(); ++i)
+                elements[i].setDepth (modulationDepth (p));
+            break;
+
+        case predelay:
+            predelayLength = predelaySeconds (p) * sr;
+            predelayLine (0).setLength (predelayLength);
+            predelayLine (1).setLength (predelayLength);
+            break;
+
+        case wetGain:      wetMix.target = wetGainFactor (p); break;
+        case dryWet:       dryWetMix.target = p; break;
+        case outputVolume: volumeMix.target = volumeFactor (p); break;
+        default: break;
+    }
+}
+
+// A fitted estimate of the time the tail takes to fall by 100 dB.
+void QuorlaneCore::updateDecayEstimate() noexcept
+{
+    const double r = rate.inverseRatio;
+    double d;
+
+    if (crossFadeMix.target < 0.1)
+    {
+        const double g = earlyDiffusionCoefficient (values[earlyDiffusion]);
+        d = ((g * 41.59999999999993 - 25.03999999999991) * g + 13.843999999999973 + 1e-20) * r * earlyFirstLength;
+    }
+    else
+    {
+        const double g = lateDiffusionCoefficient (values[lateDiffusion]);
+        const double b = (89580.7308855083 - (g * 7530.716911570022 + r * lateFirstLength * 0.26112525671395515))
+                       / (1.0 - (r * lateFirstLength * 4.68951007573023e-5 + g * 0.1603692452634422));
+        d = (std::log (1e-5) / std::log (feedback) + 1.0) * leftCrossLength * r + b + 1e-20;
+    }
+
+    decayEstimate.store ((r * predelayLength + d) / (r * 44100.0), std::memory_order_relaxed);
+}
+
+void QuorlaneCore::setQuality (unsigned q)
+{
+    if (q <= 3)
+        quality = q;
+}
+
+void QuorlaneCore::process (const float* const* inputs, float* const* outputs, int numSamples)
+{
+    runFrames (inputs, outputs, 2, numSamples, &QuorlaneCore::processBlock);
+}
+
+void QuorlaneCore::processMono (float* const* channels, int numSamples)
+{
+    runFrames (channels, channels, 1, numSamples, &QuorlaneCore::processMonoBlock);
+}
+
+void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs, int channels, int numSamples,
+                              void (QuorlaneCore::*block) (int) noexcept) noexcept
+{
+    for (int done = 0; done < numSamples;)
+    {
+        const int count = std::min (numSamples - done, blockSize - fill);
+
+        for (int c = 0; c < channels; ++c)
+            for (int i = 0, w = writeIndex; i < count; ++i, w = (w + 1) & ringMask)
+                ring[c][w] = (double) inputs[c][done + i];
+
+        writeIndex = (writeIndex + count) & ringMask;
+        fill += count;
+
+        if (fill == blockSize)
+        {
+            fill = 0;
+            (this->*block) (writeIndex == 0 ? blockSize : 0);
+        }
+
+        // The read index trails the write index by one block: the latency.
+        for (int c = 0; c < channels; ++c)
+            for (int i = 0, r = readIndex; i < count; ++i, r = (r + 1) & ringMask)
+                outputs[c][done + i] = (float) ring[c][r];
+
+        readIndex = (readIndex + count) & ringMask;
+        done += count;
+    }
+
+    publishMeters (peak[0], peak[1]);
+}
+
+// Copies the block to the work buffers and reports whether the network runs.
+// Any non-zero input opens the gate of both channels; the tail closes it when
+// either channel's envelope has decayed.
+bool QuorlaneCore::gateOpen (int offset, int channels) noexcept
+{
+    bool sound = false;
+
+    for (int c = 0; c < channels; ++c)
+    {
+        for (int n = 0; n < blockSize; ++n)
+        {
+            work[c][n] = ring[c][offset + n];
+            sound |= work[c][n] != 0.0;
+        }
+    }
+
+    if (sound)
+    {
+        active[0] = active[1] = true;
+        envelope[0] = envelope[1] = 1.0;
+    }
+
+    return active[0] && active[1];
+}
+
+void QuorlaneCore::processBlock (int offset) noexcept
+{
+    if (! gateOpen (offset, 2))
+    {
+        silentBlock (offset, 2);
+        return;
+    }
+
+    predelayLine (0).process (work[0], work[0], quality);
+    predelayLine (1).process (work[1], work[1], quality);
+
+    {
+        Pair s { crossfeedState[0], crossfeedState[1] };
+
+        for (int n = 0; n < blockSize; ++n)
+        {
+            const Pair x { 0.85 * work[0][n] + 0.15 * work[1][n], 0.15 * work[0][n] + 0.85 * work[1][n] };
+            s = x - (x - s) * earlyCoefficient + 1e-20;
+            work[0][n] = s[0];
+            work[1][n] = s[1];
+        }
+
+        crossfeedState[0] = s[0];
+        crossfeedState[1] = s[1];
+    }
+
+    stereoAllpasses.beginBlock (quality);
+
+    for (int i = 0; i < earlyStages; ++i)
+    {
+        stereoAllpasses.process (2 * i, work[0]);
+        stereoAllpasses.process (2 * i + 1, work[1]);
+    }
+
+    earlyEq.process (work[0], work[1]);
+    std::memcpy (earlyOut, work, sizeof (work));
+
+    {
+        Pair low { lateLowState[0], lateLowState[1] };
+        Pair previousIn { highPreviousIn[0], highPreviousIn[1] };
+        Pair previousOut { highPreviousOut[0], highPreviousOut[1] };
+
+        for (int n = 0; n < blockSize; ++n)
+        {
+            const Pair x { work[0][n], work[1][n] };
+            low = x - (x - low) * lateCoefficient + 1e-20;
+            previousOut = (low - previousIn) * highB + highA * previousOut + 1e-20;
+            previousIn = low;
+
+            // Each channel is fed back from the other channel's delay.
+            work[0][n] = previousOut[0] + feedback * crossDelayOut[1][n];
+            work[1][n] = previousOut[1] + feedback * crossDelayOut[0][n];
+        }
+
+        lateLowState[0] = low[0];           lateLowState[1] = low[1];
+        highPreviousIn[0] = previousIn[0];  highPreviousIn[1] = previousIn[1];
+        highPreviousOut[0] = previousOut[0]; highPreviousOut[1] = previousOut[1];
+    }
+
+    for (int i = 0; i < lateStages; ++i)
+    {
+        stereoAllpasses.process (2 * earlyStages + 2 * i, work[0]);
+        stereoAllpasses.process (2 * earlyStages + 2 * i + 1, work[1]);
+    }
+
+    crossDelay (0).process (work[0], crossDelayOut[0], quality);
+    crossDelay (1).process (work[1], crossDelayOut[1], quality);
+
+    lateEq.process (work[0], work[1]);
+    mixAndMeter (offset, 2);
+}
+
+void QuorlaneCore::processMonoBlock (int offset) noexcept
+{
+    if (! gateOpen (offset, 1))
+    {
+        silentBlock (offset, 1);
+        return;
+    }
+
+    double* x = work[0];
+    predelayLine (0).process (x, x, quality);
+
+    double s = crossfeedState[0];
+
+    for (int n = 0; n < blockSize; ++n)
+        x[n] = s = x[n] - (x[n] - s) * earlyCoefficient + 1e-20;
+
+    crossfeedState[0] = s;
+
+    monoAllpasses.beginBlock (quality);
+
+    for (int i = 0; i < earlyStages; ++i)
+        monoAllpasses.process (i, x);
+
+    earlyEqMono.process (x);
+    std::memcpy (earlyOut[0], x, sizeof (work[0]));
+
+    double low = lateLowState[0], previousIn = highPreviousIn[0], previousOut = highPreviousOut[0];
+
+    for (int n = 0; n < blockSize; ++n)
+    {
+        low = x[n] - (x[n] - low) * lateCoefficient + 1e-20;
+        previousOut = (low - previousIn) * highB + highA * previousOut + 1e-20;
+        previousIn = low;
+        x[n] = previousOut + feedback * crossDelayOut[0][n];
+    }
+
+    lateLowState[0] = low;
+    highPreviousIn[0] = previousIn;
+    highPreviousOut[0] = previousOut;
+
+    for (int i = 0; i < lateStages; ++i)
+        monoAllpasses.process (earlyStages + i, x);
+
+    crossDelay (0).process (x, crossDelayOut[0], quality);
+    lateEqMono.process (x);
+    mixAndMeter (offset, 1);
+}
+
+void QuorlaneCore::advanceMixers() noexcept
+{
+    if (fadeActive)
+        advancePresetFade (rate.sampleRate);
+
+    crossFadeMix.advance (rate.smoothing);
+    wetMix.advance (rate.smoothing);
+    dryWetMix.advance (rate.smoothing);
+    volumeMix.advance (rate.smoothing);
+}
+
+// The mixer writes the result over the block's input in the ring, where the
+// framing reads it out one block later. A mono render shows on both meters.
+void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
+{
+    for (int n = 0; n < blockSize; ++n)
+    {
+        advanceMixers();
+
+        for (int c = 0; c < channels; ++c)
+        {
+            double& sample = ring[c][offset + n];
+            const double dry = sample;
+            const double x = earlyOut[c][n] + (work[c][n] - earlyOut[c][n]) * crossFadeMix.value;
+            double out = (double) (float) (((wetMix.value * x - dry) * dryWetMix.value + dry) * volumeMix.value + 1e-20);
+
+            if (fadeActive)
+                out *= fadeGain;
+
+            sample = out;
+            meter (c, out);
+        }
+
+        if (channels == 1)
+            meter (1, ring[0][offset + n]);
+    }
+}
+
+// A gated block: the mixers and the preset fade keep time, the output is
+// exact zeros, and the network is left untouched.
+void QuorlaneCore::silentBlock (int offset, int channels) noexcept
+{
+    for (int n = 0; n < blockSize; ++n)
+    {
+        advanceMixers();
+
+        for (int c = 0; c < channels; ++c)
+            ring[c][offset + n] = 0.0;
+
+        meter (0, 0.0);
+        meter (1, 0.0);
+    }
+}
+
+void QuorlaneCore::meter (int channel, double sample) noexcept
+{
+    const double position = sample * 100.0 + 200.0;
+    const int index = position >= 0.0 ? (position < (double) (meterTableSize - 1) ? (int) position : meterTableSize - 1) : 0;
+    const double level = getMeterTable()[(size_t) index];
+
+    if (level > peak[channel])
+        peak[channel] = level;
+
+    peak[channel] = peak[channel] * peakDecay + 1e-20;
+
+    // Only positive excursions raise the envelope.
+    envelope[channel] = (peakDecay + 1e-20) * envelope[channel] + 1e-20;
+
+    if (sample > envelope[channel])
+        envelope[channel] = sample;
+
+    if (envelope[channel] < 2e-5)
+        active[channel] = false;
+}

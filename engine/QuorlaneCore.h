@@ -1,0 +1,124 @@
+#pragma once
+
+#include "engine/BiquadFilter.h"
+#include "engine/DelayElement.h"
+#include "engine/DelayElementBank.h"
+#include "engine/QuorlaneMapping.h"
+#include "engine/StereoBiquadFilter.h"
+#include "framework/CorvelleEffectCore.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <vector>
+
+// The reverb engine: predelay, an early network of six modulated allpasses per
+// channel with its EQ, a late network of eight per channel closed by two
+// cross-coupled delays with its EQ, and the output mixer.
+//
+// Host blocks of any size pass through input and output rings and are
+// processed in fixed blocks of 32 samples, in double precision, which gives
+// the effect a constant latency of 32 samples.
+class QuorlaneCore : public CorvelleEffectCore
+{
+public:
+    static constexpr int blockSize = 32;
+
+    // Quantities derived from the sample rate whenever it is set.
+    struct RateConstants
+    {
+        double sampleRate = 44100.0;
+        double inverse = 0.0, halfInverse = 0.0, nyquist = 0.0;
+        double ratio = 1.0;        // sr / 44100
+        double inverseRatio = 1.0; // 44100 / sr
+        double k = 1.0;            // 1 at 44100 Hz; scales every per-sample rate
+        double kCubed = 1.0;
+        double smoothing = 0.002, fade = 0.005, meterRelease = 0.0001;
+
+        // 0 .. 4 for 44100, 48000, 88200, 96000 and 192000 Hz; other rates
+        // keep the class they had.
+        int rateClass = 0;
+
+        static RateConstants forRate (double sampleRate, int previousRateClass) noexcept;
+    };
+
+    QuorlaneCore();
+
+    void reset() override;
+    void prepare (double sampleRate, int maximumBlockSize) override;
+    void setParameter (std::uint32_t index, float normalisedValue) override;
+    void setQuality (unsigned quality) override;
+    int getLatency() const override { return blockSize; }
+    void process (const float* const* inputs, float* const* outputs, int numSamples) override;
+    void processMono (float* const* channels, int numSamples) override;
+
+    // Seconds; safe to read from any thread.
+    double getDecayEstimateSeconds() const noexcept { return decayEstimate.load (std::memory_order_relaxed); }
+
+    unsigned getQuality() const noexcept { return quality; }
+    const RateConstants& getRateConstants() const noexcept { return rate; }
+
+private:
+    struct Smoothed
+    {
+        double value = 0.0, target = 0.0;
+
+        void advance (double coefficient) noexcept { value = value - (value - target) * coefficient + 1e-20; }
+    };
+
+    static constexpr int earlyStages = 6;
+    static constexpr int lateStages = 8;
+
+    DelayElement& predelayLine (int channel) noexcept        { return elements[(size_t) channel]; }
+    DelayElement& early (int chainPosition) noexcept     { return elements[2 + (size_t) chainPosition]; }
+    DelayElement& late (int chainPosition) noexcept      { return elements[2 + 2 * earlyStages + (size_t) chainPosition]; }
+    DelayElement& crossDelay (int channel) noexcept      { return elements[2 + 2 * (earlyStages + lateStages) + (size_t) channel]; }
+
+    void applyParameter (std::uint32_t index) noexcept;
+    void updateDecayEstimate() noexcept;
+
+    void processBlock (int offset) noexcept;
+    void processMonoBlock (int offset) noexcept;
+    bool gateOpen (int offset, int channels) noexcept;
+    void silentBlock (int offset, int channels) noexcept;
+    void mixAndMeter (int offset, int channels) noexcept;
+    void advanceMixers() noexcept;
+    void meter (int channel, double sample) noexcept;
+
+    void runFrames (const float* const* inputs, float* const* outputs, int channels, int numSamples,
+                    void (QuorlaneCore::*block) (int offset) noexcept) noexcept;
+    void recomputeAll() noexcept;
+    void setBassCut (double hz) noexcept;
+
+    RateConstants rate;
+    unsigned quality = 0;
+
+    std::array<double, QuorlaneMapping::parameterCount> values = QuorlaneMapping::defaultValues;
+    double earlyFirstLength = 0.0, lateFirstLength = 0.0, leftCrossLength = 0.0, predelayLength = 0.0;
+    std::atomic<double> decayEstimate { 0.0 };
+
+    // Framing.
+    alignas (64) double ring[2][2 * blockSize] {};
+    int writeIndex = blockSize, readIndex = 0, fill = 0;
+    alignas (64) double work[2][blockSize] {};
+    alignas (64) double earlyOut[2][blockSize] {};
+    alignas (64) double crossDelayOut[2][blockSize] {};
+
+    // Network.
+    std::vector<DelayElement> elements;
+    DelayElementBank stereoAllpasses, monoAllpasses;
+    StereoBiquadFilter earlyEq, lateEq;
+    BiquadFilter earlyEqMono, lateEqMono;
+
+    double crossfeedState[2] {}, earlyCoefficient = 0.0;
+    double lateLowState[2] {}, lateCoefficient = 0.0;
+    double highPreviousIn[2] {}, highPreviousOut[2] {}, highA = 0.0, highB = 0.0;
+
+    Smoothed crossFadeMix, wetMix, dryWetMix, volumeMix;
+    double feedback = 0.0;
+
+    // Metering and the silence gate.
+    double peak[2] {}, peakDecay = 1.0;
+    double envelope[2] {};
+    bool active[2] {};
+};

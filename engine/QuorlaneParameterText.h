@@ -1,0 +1,8 @@
+#pragma once
+
+#include <string>
+
+// The display text of one of the reverb's parameters 0..19 at a normalised
+// value, e.g. "+12.0dB" or "50/50% (Early/Late)". Other indices give an empty
+// text, for which the plug-in shows its default.
+std::string quorlaneParameterText (int index, float normalisedValue);

@@ -1,0 +1,30 @@
+#include "engine/StereoBiquadFilter.h"
+
+namespace
+{
+using Pair = double __attribute__ ((vector_size (16)));
+}
+
+void StereoBiquadFilter::process (double* left, double* right) noexcept
+{
+    const bool gliding = tuning.isGliding();
+    Pair s1 { state1[0], state1[1] }, s2 { state2[0], state2[1] };
+
+    for (int n = 0; n < blockSize; ++n)
+    {
+        if (gliding)
+            tuning.advance();
+
+        // Transposed direct form II, the same arithmetic as BiquadFilter.
+        const auto& c = tuning.getCoefficients();
+        const Pair x { left[n], right[n] };
+        const Pair y = c.b0 * x + s1;
+        s1 = c.b1 * x - c.a1 * y + s2 + 1e-20;
+        s2 = c.b2 * x - c.a2 * y + 1e-20;
+        left[n] = y[0];
+        right[n] = y[1];
+    }
+
+    state1[0] = s1[0]; state1[1] = s1[1];
+    state2[0] = s2[0]; state2[1] = s2[1];
+}

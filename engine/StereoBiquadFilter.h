@@ -1,0 +1,22 @@
+#pragma once
+
+#include "engine/BiquadTuning.h"
+
+// A two-channel peaking equaliser over blocks of 32 samples; both channels
+// share one tuning and are filtered side by side.
+class StereoBiquadFilter
+{
+public:
+    static constexpr int blockSize = 32;
+
+    StereoBiquadFilter (double frequency, double gainDb, double bandwidthOctaves) noexcept
+        : tuning (frequency, gainDb, bandwidthOctaves) {}
+
+    BiquadTuning& getTuning() noexcept { return tuning; }
+
+    void process (double* left, double* right) noexcept;
+
+private:
+    BiquadTuning tuning;
+    double state1[2] {}, state2[2] {};
+};

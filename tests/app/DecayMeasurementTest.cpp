@@ -1,0 +1,108 @@
+#include "DecayMeasurement.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace
+{
+    constexpr double sampleRate = 48000.0;
+
+    // Noise under an envelope that falls 60 dB every t60 seconds: an ideal
+    // diffuse decay with a known reverberation time.
+    std::vector<float> exponentialDecay (double t60, double seconds, float level = 1.0f, unsigned seed = 1)
+    {
+        std::mt19937 random (seed);
+        std::normal_distribution<float> noise (0.0f, 0.3f);
+        std::vector<float> out ((size_t) (seconds * sampleRate));
+        const double nepersPerSample = std::log (1000.0) / (t60 * sampleRate);
+
+        for (size_t i = 0; i < out.size(); ++i)
+            out[i] = level * noise (random) * (float) std::exp (-nepersPerSample * (double) i);
+
+        return out;
+    }
+
+    DecayTimes measure (const std::vector<float>& response)
+    {
+        return measureDecayTimes (response.data(), (int) response.size(), sampleRate);
+    }
+}
+
+TEST (DecayMeasurement, RecoversTheReverberationTimeOfExponentialDecays)
+{
+    for (const double t60 : { 0.5, 2.0 })
+    {
+        SCOPED_TRACE (t60);
+        const auto times = measure (exponentialDecay (t60, 1.5 * t60));
+
+        ASSERT_TRUE (times.edt.has_value() && times.t20.has_value() && times.t30.has_value());
+        EXPECT_NEAR (*times.edt, t60, 0.05 * t60);
+        EXPECT_NEAR (*times.t20, t60, 0.03 * t60);
+        EXPECT_NEAR (*times.t30, t60, 0.03 * t60);
+    }
+}
+
+TEST (DecayMeasurement, CurveIsRelativeToTheTotalEnergyAndNeverRises)
+{
+    const auto decay = exponentialDecay (1.0, 1.0);
+    const auto curve = energyDecayCurve (decay.data(), (int) decay.size());
+
+    ASSERT_EQ (curve.size(), decay.size());
+    EXPECT_NEAR (curve.front(), 0.0, 1e-9);
+
+    for (size_t i = 1; i < curve.size(); ++i)
+        ASSERT_LE (curve[i], curve[i - 1]) << "at sample " << i;
+
+    // Half a second of a 1 s decay leaves 30 dB less energy.
+    EXPECT_NEAR (curve[(size_t) (0.5 * sampleRate)], -30.0, 1.0);
+}
+
+TEST (DecayMeasurement, SilenceBeforeTheOnsetDoesNotCountAsDecay)
+{
+    auto delayed = std::vector<float> ((size_t) (0.25 * sampleRate), 0.0f);
+    const auto decay = exponentialDecay (1.0, 1.5);
+    delayed.insert (delayed.end(), decay.begin(), decay.end());
+
+    const auto times = measure (delayed);
+
+    ASSERT_TRUE (times.edt.has_value() && times.t30.has_value());
+    EXPECT_NEAR (*times.edt, 1.0, 0.05);
+    EXPECT_NEAR (*times.t30, 1.0, 0.03);
+}
+
+TEST (DecayMeasurement, EachTimeFitsItsOwnPartOfADoubleSlopeDecay)
+{
+    // A loud short decay over a quiet long one: the early decay follows the
+    // first, the later ranges more and more the second.
+    auto response = exponentialDecay (0.3, 4.0);
+    const auto slow = exponentialDecay (3.0, 4.0, 0.03f, 2);
+
+    for (size_t i = 0; i < response.size(); ++i)
+        response[i] += slow[i];
+
+    const auto times = measure (response);
+
+    ASSERT_TRUE (times.edt.has_value() && times.t20.has_value() && times.t30.has_value());
+    EXPECT_NEAR (*times.edt, 0.3, 0.05);
+    EXPECT_GT (*times.t20, *times.edt * 1.5);
+    EXPECT_GT (*times.t30, *times.t20);
+}
+
+TEST (DecayMeasurement, ResponsesWithoutADecayGiveNoTimes)
+{
+    const std::vector<float> silence (48000, 0.0f);
+    std::vector<float> click (48000, 0.0f);
+    click[100] = 1.0f;
+
+    for (const auto* response : { &silence, &click })
+    {
+        const auto times = measure (*response);
+        EXPECT_FALSE (times.edt.has_value());
+        EXPECT_FALSE (times.t20.has_value());
+        EXPECT_FALSE (times.t30.has_value());
+    }
+
+    EXPECT_TRUE (energyDecayCurve (silence.data(), (int) silence.size()).empty());
+}

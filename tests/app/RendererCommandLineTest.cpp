@@ -1,0 +1,260 @@
+#include <juce_audio_formats/juce_audio_formats.h>
+#include <juce_graphics/juce_graphics.h>
+
+#include <gtest/gtest.h>
+
+// quorlane-render run as a user runs it, on files in a scratch folder.
+namespace
+{
+    struct Run
+    {
+        int exitCode = -1;
+        juce::String output; // stdout and stderr together
+    };
+
+    class RendererCommandLine : public testing::Test
+    {
+    protected:
+        void SetUp() override
+        {
+            folder = juce::File::getSpecialLocation (juce::File::tempDirectory)
+                         .getNonexistentChildFile ("quorlane-render-test", {}, false);
+            ASSERT_TRUE (folder.createDirectory());
+        }
+
+        void TearDown() override { folder.deleteRecursively(); }
+
+        static Run run (const juce::StringArray& arguments)
+        {
+            juce::StringArray command { QUORLANE_RENDER_PATH };
+            command.addArray (arguments);
+
+            juce::ChildProcess process;
+            Run result;
+
+            if (! process.start (command, juce::ChildProcess::wantStdOut | juce::ChildProcess::wantStdErr))
+                return result;
+
+            result.output = process.readAllProcessOutput();
+            process.waitForProcessToFinish (60000);
+            result.exitCode = (int) process.getExitCode();
+            return result;
+        }
+
+        juce::File file (const juce::String& name) const { return folder.getChildFile (name); }
+
+        juce::String path (const juce::String& name) const { return file (name).getFullPathName(); }
+
+        // A short tone burst followed by silence.
+        juce::File writeInput (const juce::String& name, double sampleRate, int channels, int length)
+        {
+            juce::AudioBuffer<float> audio (channels, length);
+            audio.clear();
+
+            for (int channel = 0; channel < channels; ++channel)
+                for (int i = 0; i < length / 4; ++i)
+                    audio.setSample (channel, i, 0.4f * (float) std::sin (i * 0.05));
+
+            const auto target = file (name);
+            std::unique_ptr<juce::AudioFormatWriter> writer (juce::WavAudioFormat().createWriterFor (
+                new juce::FileOutputStream (target), sampleRate, (unsigned) channels, 24, {}, 0));
+            writer->writeFromAudioSampleBuffer (audio, 0, length);
+            return target;
+        }
+
+        static std::unique_ptr<juce::AudioFormatReader> read (const juce::File& f)
+        {
+            juce::AudioFormatManager formats;
+            formats.registerBasicFormats();
+            return std::unique_ptr<juce::AudioFormatReader> (formats.createReaderFor (f));
+        }
+
+        // Anything left behind in the folder besides the named files.
+        juce::StringArray strayFiles (const juce::StringArray& expected) const
+        {
+            juce::StringArray stray;
+
+            for (const auto& f : folder.findChildFiles (juce::File::findFilesAndDirectories | juce::File::ignoreHiddenFiles, false, "*"))
+                if (! expected.contains (f.getFileName()))
+                    stray.add (f.getFileName());
+
+            for (const auto& f : folder.findChildFiles (juce::File::findFiles, false, ".*"))
+                stray.add (f.getFileName());
+
+            return stray;
+        }
+
+        juce::File folder;
+    };
+}
+
+TEST_F (RendererCommandLine, RenderKeepsTheSampleRateAndAddsExactlyTheTail)
+{
+    struct Case
+    {
+        double sampleRate;
+        int channels;
+    };
+
+    for (const auto c : { Case { 44100.0, 1 }, Case { 96000.0, 2 } })
+    {
+        SCOPED_TRACE (c.sampleRate);
+        const auto input = writeInput ("in.wav", c.sampleRate, c.channels, 10000);
+        const auto result = run ({ input.getFullPathName(), "-o", path ("out.flac"), "--tail", "0.25", "--force" });
+        ASSERT_EQ (result.exitCode, 0) << result.output;
+
+        const auto reader = read (file ("out.flac"));
+        ASSERT_NE (reader, nullptr);
+        EXPECT_EQ (reader->sampleRate, c.sampleRate);
+        EXPECT_EQ (reader->numChannels, 2u);
+        EXPECT_EQ (reader->lengthInSamples, 10000 + (juce::int64) std::lround (0.25 * c.sampleRate));
+    }
+}
+
+TEST_F (RendererCommandLine, NeverReplacesAFileWithoutForce)
+{
+    const auto input = writeInput ("in.wav", 48000.0, 2, 4800);
+    const auto existing = file ("out.wav");
+    ASSERT_TRUE (existing.replaceWithText ("precious"));
+
+    const auto refused = run ({ input.getFullPathName(), "-o", existing.getFullPathName() });
+    EXPECT_NE (refused.exitCode, 0);
+    EXPECT_TRUE (refused.output.contains ("already exists")) << refused.output;
+    EXPECT_TRUE (refused.output.contains ("--force")) << refused.output;
+    EXPECT_EQ (existing.loadFileAsString(), "precious");
+
+    // Not even with --force may an output be one of the inputs.
+    const auto ontoInput = run ({ input.getFullPathName(), "-o", input.getFullPathName(), "--force" });
+    EXPECT_NE (ontoInput.exitCode, 0);
+    EXPECT_TRUE (ontoInput.output.contains ("one of the inputs")) << ontoInput.output;
+    EXPECT_NE (read (input), nullptr);
+
+    const auto forced = run ({ input.getFullPathName(), "-o", existing.getFullPathName(), "--force" });
+    EXPECT_EQ (forced.exitCode, 0) << forced.output;
+    EXPECT_NE (read (existing), nullptr);
+    EXPECT_EQ (strayFiles ({ "in.wav", "out.wav" }), juce::StringArray());
+}
+
+TEST_F (RendererCommandLine, UnusableInputsAreReportedByNameAndWriteNothing)
+{
+    const auto good = writeInput ("good.wav", 48000.0, 2, 4800);
+    ASSERT_TRUE (file ("text.wav").replaceWithText ("not audio"));
+
+    for (const juce::String name : { "missing.wav", "text.wav" })
+    {
+        SCOPED_TRACE (name);
+        const auto result = run ({ good.getFullPathName(), path (name), "-o", path ("wet") });
+
+        EXPECT_EQ (result.exitCode, 1);
+        EXPECT_TRUE (result.output.contains (path (name))) << result.output;
+        EXPECT_FALSE (file ("wet").exists());
+    }
+}
+
+TEST_F (RendererCommandLine, UnknownParameterIsNamedAndTheValidOnesListed)
+{
+    const auto input = writeInput ("in.wav", 48000.0, 2, 4800);
+    const auto result = run ({ input.getFullPathName(), "--set", "Late Sise=0.5" });
+
+    EXPECT_EQ (result.exitCode, 2);
+    EXPECT_TRUE (result.output.contains ("Late Sise")) << result.output;
+    EXPECT_TRUE (result.output.contains ("Late Size")) << result.output;
+    EXPECT_FALSE (file ("in-quorlane.wav").exists());
+}
+
+TEST_F (RendererCommandLine, MalformedSettingsAreRejected)
+{
+    const auto input = writeInput ("in.wav", 48000.0, 2, 4800);
+
+    for (const juce::StringArray arguments : { juce::StringArray { "--set", "Late Size=1.5" },
+                                               juce::StringArray { "--set", "Late Size" },
+                                               juce::StringArray { "--set", "Late Size=big" },
+                                               juce::StringArray { "--tail", "-1" },
+                                               juce::StringArray { "--quality", "ultra" },
+                                               juce::StringArray { "-o", path ("out.mp3") } })
+    {
+        SCOPED_TRACE (arguments.joinIntoString (" "));
+        auto withInput = arguments;
+        withInput.add (input.getFullPathName());
+        const auto result = run (withInput);
+
+        EXPECT_EQ (result.exitCode, 2) << result.output;
+        EXPECT_TRUE (result.output.contains ("--help")) << result.output;
+    }
+
+    EXPECT_EQ (strayFiles ({ "in.wav" }), juce::StringArray());
+}
+
+TEST_F (RendererCommandLine, AcceptsEveryQualityKeyword)
+{
+    const auto input = writeInput ("in.wav", 48000.0, 2, 4800);
+
+    for (const juce::String keyword : { "low", "medium", "high", "highest" })
+    {
+        SCOPED_TRACE (keyword);
+        const auto result = run ({ input.getFullPathName(), "--quality", keyword, "--tail", "0", "--force" });
+        EXPECT_EQ (result.exitCode, 0) << result.output;
+        EXPECT_TRUE (file ("in-quorlane.wav").existsAsFile());
+    }
+}
+
+TEST_F (RendererCommandLine, SeveralInputsGoIntoTheOutputFolder)
+{
+    juce::StringArray arguments { "-o", path ("wet"), "--tail", "0.1" };
+
+    for (const juce::String name : { "a.wav", "b.wav", "c.wav" })
+        arguments.add (writeInput (name, 48000.0, 1, 4800).getFullPathName());
+
+    const auto result = run (arguments);
+    ASSERT_EQ (result.exitCode, 0) << result.output;
+
+    for (const juce::String name : { "a.wav", "b.wav", "c.wav" })
+    {
+        const auto reader = read (file ("wet").getChildFile (name));
+        ASSERT_NE (reader, nullptr) << name;
+        EXPECT_EQ (reader->lengthInSamples, 4800 + 4800);
+    }
+
+    // Two inputs of the same name cannot share a folder.
+    ASSERT_TRUE (file ("other").createDirectory());
+    writeInput ("other/a.wav", 48000.0, 1, 4800);
+    const auto clash = run ({ path ("a.wav"), path ("other/a.wav"), "-o", path ("wet2") });
+    EXPECT_EQ (clash.exitCode, 1);
+    EXPECT_TRUE (clash.output.contains ("two outputs")) << clash.output;
+}
+
+TEST_F (RendererCommandLine, ImpulseResponseIsWrittenMeasuredAndPlotted)
+{
+    const auto result = run ({ "--ir", path ("ir.wav"), "--plot", path ("decay.png"), "--set", "FX=1", "--rate", "44100" });
+    ASSERT_EQ (result.exitCode, 0) << result.output;
+
+    for (const char* label : { "EDT", "T20", "T30", "Left", "Right", "Decay Time estimate" })
+        EXPECT_TRUE (result.output.contains (label)) << label << "\n" << result.output;
+
+    const auto reader = read (file ("ir.wav"));
+    ASSERT_NE (reader, nullptr);
+    EXPECT_EQ (reader->sampleRate, 44100.0);
+    EXPECT_GT (reader->lengthInSamples, 4410);
+
+    const auto plot = juce::ImageFileFormat::loadFrom (file ("decay.png"));
+    EXPECT_TRUE (plot.isValid());
+    EXPECT_GT (plot.getWidth(), plot.getHeight());
+}
+
+TEST_F (RendererCommandLine, DemoPhraseIsAShortStereoPhrase)
+{
+    const auto result = run ({ "--make-demo-phrase", path ("dry.wav") });
+    ASSERT_EQ (result.exitCode, 0) << result.output;
+
+    const auto reader = read (file ("dry.wav"));
+    ASSERT_NE (reader, nullptr);
+    EXPECT_EQ (reader->sampleRate, 48000.0);
+    EXPECT_EQ (reader->numChannels, 2u);
+    EXPECT_GE (reader->lengthInSamples, 2 * 48000);
+    EXPECT_LE (reader->lengthInSamples, 10 * 48000);
+
+    juce::Range<float> levels[2];
+    reader->readMaxLevels (0, reader->lengthInSamples, levels, 2);
+    EXPECT_GT (levels[0].getEnd(), 0.1f);
+    EXPECT_GT (levels[1].getEnd(), 0.1f);
+}

@@ -1,0 +1,328 @@
+#include "engine/QuorlaneCore.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <numeric>
+#include <random>
+#include <vector>
+
+namespace
+{
+struct Stereo
+{
+    std::vector<float> left, right;
+};
+
+Stereo noise (int samples, unsigned seed = 1)
+{
+    std::mt19937 random (seed);
+    std::uniform_real_distribution<float> dist (-0.5f, 0.5f);
+    Stereo s { std::vector<float> ((size_t) samples), std::vector<float> ((size_t) samples) };
+
+    for (int i = 0; i < samples; ++i)
+    {
+        s.left[(size_t) i] = dist (random);
+        s.right[(size_t) i] = dist (random);
+    }
+
+    return s;
+}
+
+Stereo silence (int samples)
+{
+    return { std::vector<float> ((size_t) samples), std::vector<float> ((size_t) samples) };
+}
+
+// Renders the input through the core in host blocks taken in turn from `sizes`.
+Stereo render (QuorlaneCore& core, const Stereo& input, std::vector<int> sizes = { 512 })
+{
+    Stereo out { std::vector<float> (input.left.size()), std::vector<float> (input.right.size()) };
+    const int total = (int) input.left.size();
+
+    for (int done = 0, turn = 0; done < total; ++turn)
+    {
+        const int n = std::min (sizes[(size_t) turn % sizes.size()], total - done);
+        const float* in[] = { input.left.data() + done, input.right.data() + done };
+        float* o[] = { out.left.data() + done, out.right.data() + done };
+        core.process (in, o, n);
+        done += n;
+    }
+
+    return out;
+}
+
+void append (Stereo& a, const Stereo& b)
+{
+    a.left.insert (a.left.end(), b.left.begin(), b.left.end());
+    a.right.insert (a.right.end(), b.right.begin(), b.right.end());
+}
+
+std::unique_ptr<QuorlaneCore> makeCore (double sampleRate, unsigned quality = 0)
+{
+    auto core = std::make_unique<QuorlaneCore>();
+    core->prepare (sampleRate, 512);
+    core->setQuality (quality);
+    return core;
+}
+}
+
+// With the mixer fully dry the output is the input, 32 samples late; the
+// volume's middle position is unity and its top four times.
+TEST (QuorlaneCore, LatencyIsOneBlockAndVolumeScale)
+{
+    for (float volume : { 0.5f, 1.0f })
+    {
+        QuorlaneCore core;
+        core.setParameter (QuorlaneMapping::dryWet, 0.0f);
+        core.setParameter (QuorlaneMapping::outputVolume, volume);
+        core.prepare (44100.0, 512);
+        EXPECT_EQ (core.getLatency(), 32);
+
+        const Stereo in = noise (4000);
+        const Stereo out = render (core, in, { 100 });
+        const float gain = volume == 0.5f ? 1.0f : 4.0f;
+
+        for (int i = 0; i < 4000; ++i)
+        {
+            const float expected = i < 32 ? 0.0f : gain * in.left[(size_t) i - 32];
+            ASSERT_NEAR (out.left[(size_t) i], expected, 1e-12) << i;
+        }
+    }
+}
+
+TEST (QuorlaneCore, SameOutputForAnyHostBlockSize)
+{
+    const Stereo in = noise (48000);
+    auto reference = makeCore (48000.0, 1);
+    const Stereo expected = render (*reference, in, { 32 });
+
+    for (std::vector<int> sizes : { std::vector<int> { 1 }, { 31 }, { 33 }, { 1000 }, { 7, 64, 1, 500, 32 } })
+    {
+        auto core = makeCore (48000.0, 1);
+        const Stereo out = render (*core, in, sizes);
+        EXPECT_EQ (out.left, expected.left) << "block " << sizes[0];
+        EXPECT_EQ (out.right, expected.right) << "block " << sizes[0];
+    }
+
+    // In place, as hosts often call it.
+    auto core = makeCore (48000.0, 1);
+    Stereo io = in;
+    float* channels[] = { io.left.data(), io.right.data() };
+
+    for (int done = 0; done < 48000; done += 480)
+    {
+        const float* inputs[] = { channels[0] + done, channels[1] + done };
+        float* outputs[] = { channels[0] + done, channels[1] + done };
+        core->process (inputs, outputs, 480);
+    }
+
+    EXPECT_EQ (io.left, expected.left);
+}
+
+TEST (QuorlaneCore, TwoInstancesSoundTheSame)
+{
+    const Stereo in = noise (20000);
+    auto a = makeCore (44100.0, 3);
+    auto b = makeCore (44100.0, 3);
+    EXPECT_EQ (render (*a, in).left, render (*b, in).left);
+}
+
+// After a burst the tail runs until an envelope falls below the threshold;
+// from then on the output is exact zeros and the network stands still, so a
+// later sound meets the same state however long the silence was.
+TEST (QuorlaneCore, SilenceEndsInExactZerosAndFreezesTheNetwork)
+{
+    const int rate = 44100;
+    auto first = makeCore (rate);
+    auto second = makeCore (rate);
+
+    Stereo tail = render (*first, noise (rate / 4));
+    render (*second, noise (rate / 4));
+
+    // Silences that differ by whole blocks keep the two framings in step.
+    const Stereo out = render (*first, silence (32 * 27000));
+    const auto lastSound = std::find_if (out.left.rbegin(), out.left.rend(), [] (float x) { return x != 0.0f; });
+    const int silentFrom = (int) (out.left.rend() - lastSound);
+    ASSERT_LT (silentFrom, 32 * 17000);
+    EXPECT_GT (silentFrom, rate);
+    EXPECT_TRUE (std::all_of (out.right.begin() + silentFrom + 32, out.right.end(), [] (float x) { return x == 0.0f; }));
+
+    render (*second, silence (32 * 19000));
+
+    const Stereo burst = noise (rate / 2, 7);
+    const Stereo a = render (*first, burst);
+    const Stereo b = render (*second, burst);
+    EXPECT_EQ (a.left, b.left);
+    EXPECT_EQ (a.right, b.right);
+}
+
+TEST (QuorlaneCore, QualityAboveThreeIsIgnored)
+{
+    QuorlaneCore core;
+    core.setQuality (2);
+    core.setQuality (4);
+    EXPECT_EQ (core.getQuality(), 2u);
+    core.setQuality (100);
+    EXPECT_EQ (core.getQuality(), 2u);
+    core.setQuality (0);
+    EXPECT_EQ (core.getQuality(), 0u);
+}
+
+TEST (QuorlaneCore, IndicesFromTwentyChangeNothing)
+{
+    const Stereo in = noise (10000);
+    auto a = makeCore (48000.0);
+    auto b = makeCore (48000.0);
+    const double estimate = a->getDecayEstimateSeconds();
+
+    for (std::uint32_t index : { 20u, 21u, 110000u })
+        a->setParameter (index, 0.9f);
+
+    EXPECT_EQ (a->getDecayEstimateSeconds(), estimate);
+    EXPECT_EQ (render (*a, in).left, render (*b, in).left);
+}
+
+TEST (QuorlaneCore, DecayEstimateAtSeveralSettings)
+{
+    auto core = makeCore (44100.0);
+    EXPECT_NEAR (core->getDecayEstimateSeconds(), 4.434799370291973, 1e-9);
+
+    core->setParameter (QuorlaneMapping::earlyAttenuation, 0.2f); // not an input of the estimate
+    EXPECT_NEAR (core->getDecayEstimateSeconds(), 4.434799370291973, 1e-9);
+
+    core->setParameter (QuorlaneMapping::crossFade, 0.0f);        // early network only
+    EXPECT_NEAR (core->getDecayEstimateSeconds(), 0.6788225099427148, 1e-9);
+
+    core->setParameter (QuorlaneMapping::crossFade, 0.5f);
+    core->setParameter (QuorlaneMapping::lateFeedback, 0.0f);     // no recirculation
+    EXPECT_NEAR (core->getDecayEstimateSeconds(), 2.6264739707928353, 1e-9);
+
+    core->setParameter (QuorlaneMapping::lateFeedback, 1.0f);
+    core->setParameter (QuorlaneMapping::predelay, 1.0f);
+    core->setParameter (QuorlaneMapping::lateSize, 1.0f);
+    EXPECT_NEAR (core->getDecayEstimateSeconds(), 406.4987609271337, 1e-6);
+
+    EXPECT_NEAR (makeCore (48000.0)->getDecayEstimateSeconds(), 4.826992511882419, 1e-9);
+}
+
+// Every rate from 22050 to 192000 Hz, at the ends of every knob, gives finite
+// output without subnormal numbers, through sound and the tail after it.
+TEST (QuorlaneCore, CleanOutputAtEverySampleRate)
+{
+    for (double rate : { 22050.0, 44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0 })
+    {
+        for (float setting : { 0.0f, 1.0f })
+        {
+            QuorlaneCore core;
+
+            for (std::uint32_t i = 0; i < QuorlaneMapping::parameterCount; ++i)
+                core.setParameter (i, setting);
+
+            core.prepare (rate, 512);
+            core.setQuality (3);
+
+            Stereo in = noise ((int) rate / 4);
+            append (in, silence ((int) rate / 4));
+            const Stereo out = render (core, in);
+
+            for (const auto* channel : { &out.left, &out.right })
+                for (float x : *channel)
+                    ASSERT_TRUE (std::isfinite (x) && std::fpclassify (x) != FP_SUBNORMAL) << rate << " " << setting;
+        }
+    }
+}
+
+TEST (QuorlaneCore, RateConstants)
+{
+    QuorlaneCore core;
+    core.prepare (96000.0, 512);
+    EXPECT_EQ (core.getRateConstants().rateClass, 3);
+    core.prepare (22050.0, 512);
+    EXPECT_EQ (core.getRateConstants().rateClass, 3);
+    core.prepare (192000.0, 512);
+    EXPECT_EQ (core.getRateConstants().rateClass, 4);
+    core.prepare (44100.0, 512);
+    EXPECT_EQ (core.getRateConstants().rateClass, 0);
+    EXPECT_EQ (core.getRateConstants().k, 1.0);
+}
+
+TEST (QuorlaneCore, EmptyCallOnlyRepublishesMeters)
+{
+    const Stereo in = noise (3000);
+    auto a = makeCore (44100.0);
+    auto b = makeCore (44100.0);
+    render (*a, in);
+    render (*b, in);
+
+    a->requestMeters();
+    float left = -1.0f, right = -1.0f;
+    EXPECT_FALSE (a->takeMeters (left, right));
+    a->process (nullptr, nullptr, 0);
+    ASSERT_TRUE (a->takeMeters (left, right));
+    EXPECT_GT (left, 0.0f);
+    EXPECT_GT (right, 0.0f);
+
+    const Stereo more = noise (3000, 3);
+    EXPECT_EQ (render (*a, more, { 100 }).left, render (*b, more, { 100 }).left);
+}
+
+// A preset change mutes the output, applies the preset once at the quiet
+// point, holds silence for 4000 samples at 44100 Hz and fades back in.
+TEST (QuorlaneCore, PresetChangeFadesOutAppliesOnceAndReturns)
+{
+    struct Counter : CorvelleEffectCore::PresetChangeTarget
+    {
+        int calls = 0;
+        void applyPendingPresetChange() override { ++calls; }
+    } counter;
+
+    QuorlaneCore core;
+    core.setParameter (QuorlaneMapping::dryWet, 0.0f);
+    core.prepare (44100.0, 512);
+    core.setPresetChangeTarget (&counter);
+
+    Stereo dc { std::vector<float> (20000, 0.5f), std::vector<float> (20000, 0.5f) };
+    render (core, dc);
+    core.beginPresetChange();
+    const Stereo out = render (core, dc);
+
+    EXPECT_EQ (counter.calls, 1);
+    EXPECT_FALSE (core.isPresetFadeActive());
+
+    const auto quiet = std::find_if (out.left.begin(), out.left.end(), [] (float x) { return x < 1e-6f; });
+    ASSERT_NE (quiet, out.left.end());
+    const auto back = std::find_if (quiet, out.left.end(), [] (float x) { return x >= 1e-6f; });
+    EXPECT_NEAR (back - quiet, 4000, 2);
+    EXPECT_EQ (out.left.back(), 0.5f);
+}
+
+TEST (QuorlaneCore, MonoRenderHasTheSameLatencyAndStaysFinite)
+{
+    QuorlaneCore core;
+    core.setParameter (QuorlaneMapping::dryWet, 0.0f);
+    core.prepare (48000.0, 512);
+
+    std::vector<float> io (2000);
+    std::iota (io.begin(), io.end(), 1.0f);
+    float* channels[] = { io.data() };
+    core.processMono (channels, 2000);
+
+    EXPECT_EQ (io[31], 0.0f);
+    EXPECT_EQ (io[32], 1.0f);
+    EXPECT_EQ (io[1999], 1968.0f);
+
+    core.setParameter (QuorlaneMapping::dryWet, 1.0f);
+    Stereo in = noise (48000);
+
+    for (int done = 0; done < 48000; done += 240)
+    {
+        float* c[] = { in.left.data() + done };
+        core.processMono (c, 240);
+    }
+
+    EXPECT_TRUE (std::all_of (in.left.begin(), in.left.end(), [] (float x) { return std::isfinite (x); }));
+    EXPECT_TRUE (std::any_of (in.left.begin() + 24000, in.left.end(), [] (float x) { return std::abs (x) > 1e-3f; }));
+}
