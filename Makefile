@@ -52,7 +52,7 @@ install: release
 	@cp -R $(ARTEFACTS)/VST3/Quorlane.vst3 $(HOME)/.vst3/
 	@cp -R $(ARTEFACTS)/LV2/Quorlane.lv2 $(HOME)/.lv2/
 	@echo
-	@echo "Installed Quorlane for $(USER):"
+	@echo "Installed Quorlane for $$(id -un):"
 	@echo "  VST 2.4  $(HOME)/.vst/Quorlane.so"
 	@echo "  VST3     $(HOME)/.vst3/Quorlane.vst3"
 	@echo "  LV2      $(HOME)/.lv2/Quorlane.lv2   (URI urn:orlo:quorlane)"
