@@ -59,7 +59,10 @@ install: release
 	@echo "  App      $(ARTEFACTS)/Standalone/Quorlane"
 	@echo "Rescan plug-ins in your DAW (Ardour, Reaper, Bitwig) and insert \"Quorlane\" on a stereo track or bus."
 
+# The plug-ins installed, and the renderer's demo in demo/.
 demo: install
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target quorlane-render
+	@tools/render-demo.sh $(RELEASE_DIR)/bin/quorlane-render demo
 
 bench: deps
 	cmake -S . -B $(RELEASE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUORLANE_BUILD_TESTS=OFF

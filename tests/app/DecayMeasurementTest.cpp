@@ -47,7 +47,7 @@ TEST (DecayMeasurement, RecoversTheReverberationTimeOfExponentialDecays)
 TEST (DecayMeasurement, CurveIsRelativeToTheTotalEnergyAndNeverRises)
 {
     const auto decay = exponentialDecay (1.0, 1.0);
-    const auto curve = energyDecayCurve (decay.data(), (int) decay.size());
+    const auto curve = energyDecayCurve (decay.data(), (int) decay.size(), sampleRate);
 
     ASSERT_EQ (curve.size(), decay.size());
     EXPECT_NEAR (curve.front(), 0.0, 1e-9);
@@ -57,6 +57,18 @@ TEST (DecayMeasurement, CurveIsRelativeToTheTotalEnergyAndNeverRises)
 
     // Half a second of a 1 s decay leaves 30 dB less energy.
     EXPECT_NEAR (curve[(size_t) (0.5 * sampleRate)], -30.0, 1.0);
+}
+
+TEST (DecayMeasurement, AResponseCutOffMidDecayMeasuresAsIfItHadGoneOn)
+{
+    // Cut where the level is 36 dB down, as the plug-in's gate or a length
+    // limit would; uncorrected, the curve's plunge at the end would shorten
+    // T30 by 5 %.
+    const auto times = measure (exponentialDecay (2.0, 2.0 * 36.0 / 60.0));
+
+    ASSERT_TRUE (times.t20.has_value() && times.t30.has_value());
+    EXPECT_NEAR (*times.t20, 2.0, 0.04);
+    EXPECT_NEAR (*times.t30, 2.0, 0.04);
 }
 
 TEST (DecayMeasurement, SilenceBeforeTheOnsetDoesNotCountAsDecay)
@@ -93,16 +105,16 @@ TEST (DecayMeasurement, EachTimeFitsItsOwnPartOfADoubleSlopeDecay)
 TEST (DecayMeasurement, ResponsesWithoutADecayGiveNoTimes)
 {
     const std::vector<float> silence (48000, 0.0f);
-    std::vector<float> click (48000, 0.0f);
+    auto click = silence;
     click[100] = 1.0f;
 
-    for (const auto* response : { &silence, &click })
+    for (const auto& response : { silence, click })
     {
-        const auto times = measure (*response);
+        const auto times = measure (response);
         EXPECT_FALSE (times.edt.has_value());
         EXPECT_FALSE (times.t20.has_value());
         EXPECT_FALSE (times.t30.has_value());
     }
 
-    EXPECT_TRUE (energyDecayCurve (silence.data(), (int) silence.size()).empty());
+    EXPECT_TRUE (energyDecayCurve (silence.data(), (int) silence.size(), sampleRate).empty());
 }

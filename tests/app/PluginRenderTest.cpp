@@ -62,8 +62,8 @@ namespace
 
     bool audible (const juce::AudioBuffer<float>& audio, int index)
     {
-        return std::abs (audio.getSample (0, index)) >= TailLength::silenceLevel
-            || std::abs (audio.getSample (1, index)) >= TailLength::silenceLevel;
+        return std::abs (audio.getSample (0, index)) >= TailLength::inaudible
+            || std::abs (audio.getSample (1, index)) >= TailLength::inaudible;
     }
 
     const PluginSettings dryOnly { { { "FX", 0.0f } } };

@@ -6,7 +6,7 @@
 // quorlane-render run as a user runs it, on files in a scratch folder.
 namespace
 {
-    struct Run
+    struct ProcessResult
     {
         int exitCode = -1;
         juce::String output; // stdout and stderr together
@@ -24,13 +24,13 @@ namespace
 
         void TearDown() override { folder.deleteRecursively(); }
 
-        static Run run (const juce::StringArray& arguments)
+        static ProcessResult run (const juce::StringArray& arguments)
         {
             juce::StringArray command { QUORLANE_RENDER_PATH };
             command.addArray (arguments);
 
             juce::ChildProcess process;
-            Run result;
+            ProcessResult result;
 
             if (! process.start (command, juce::ChildProcess::wantStdOut | juce::ChildProcess::wantStdErr))
                 return result;
@@ -56,6 +56,7 @@ namespace
                     audio.setSample (channel, i, 0.4f * (float) std::sin (i * 0.05));
 
             const auto target = file (name);
+            target.deleteFile(); // a FileOutputStream would append
             std::unique_ptr<juce::AudioFormatWriter> writer (juce::WavAudioFormat().createWriterFor (
                 new juce::FileOutputStream (target), sampleRate, (unsigned) channels, 24, {}, 0));
             writer->writeFromAudioSampleBuffer (audio, 0, length);
@@ -166,7 +167,7 @@ TEST_F (RendererCommandLine, MalformedSettingsAreRejected)
 {
     const auto input = writeInput ("in.wav", 48000.0, 2, 4800);
 
-    for (const juce::StringArray arguments : { juce::StringArray { "--set", "Late Size=1.5" },
+    for (const juce::StringArray& arguments : { juce::StringArray { "--set", "Late Size=1.5" },
                                                juce::StringArray { "--set", "Late Size" },
                                                juce::StringArray { "--set", "Late Size=big" },
                                                juce::StringArray { "--tail", "-1" },

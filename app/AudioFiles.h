@@ -1,0 +1,34 @@
+#pragma once
+
+#include <juce_audio_formats/juce_audio_formats.h>
+
+#include <memory>
+
+// The audio file formats the renderer reads (JUCE's basic ones: WAV, AIFF,
+// FLAC, Ogg Vorbis) and writes (WAV, AIFF, FLAC, 24-bit stereo). Every
+// failure throws with a message that names the file.
+class AudioFiles
+{
+public:
+    static constexpr int outputBits = 24;
+
+    AudioFiles();
+
+    // A reader for a mono or stereo file; throws a RenderError otherwise.
+    std::unique_ptr<juce::AudioFormatReader> openInput (const juce::File& file);
+
+    // The format named by the file's extension; throws a UsageError for any
+    // other extension.
+    juce::AudioFormat& formatForOutput (const juce::File& file);
+
+    // A stereo writer onto the stream, which it takes over.
+    std::unique_ptr<juce::AudioFormatWriter> createWriter (const juce::File& target,
+                                                           std::unique_ptr<juce::FileOutputStream> stream,
+                                                           double sampleRate);
+
+    // Writes a whole buffer through a SafeOutputFile.
+    void write (const juce::AudioBuffer<float>& audio, double sampleRate, const juce::File& target, bool replaceExisting);
+
+private:
+    juce::AudioFormatManager formats;
+};
