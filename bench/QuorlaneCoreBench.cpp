@@ -1,6 +1,8 @@
-// Cost of the reverb core, as CPU seconds per second of stereo audio (the
-// counter "cpu_per_audio_s"), for each quality, sample rate, host block size
-// and for noise or silence after noise at the input.
+// Cost of the reverb core as CPU seconds per second of stereo audio (the
+// counter "cpu_per_audio_s"), for each quality, sample rate and host block
+// size, with three kinds of input: noise; silence while the tail of earlier
+// noise still rings (it must not cost more than sound: no subnormal stalls);
+// and silence after the tail has ended.
 
 #include "engine/QuorlaneCore.h"
 
@@ -11,7 +13,49 @@
 
 namespace
 {
-enum class Input { noise, silence };
+enum class Input { noise, tail, gated };
+
+class Renderer
+{
+public:
+    Renderer (double sampleRate, int blockSize, unsigned quality)
+        : blockSize (blockSize), noise ((size_t) sampleRate * 2), out ((size_t) blockSize * 2)
+    {
+        std::mt19937 random (1);
+        std::uniform_real_distribution<float> dist (-0.5f, 0.5f);
+
+        for (auto& x : noise)
+            x = dist (random);
+
+        core.prepare (sampleRate, blockSize);
+        core.setQuality (quality);
+    }
+
+    // One host block of noise, or of silence.
+    void render (bool sound)
+    {
+        const float* inputs[] = { sound ? noise.data() + position : silence.data(),
+                                  sound ? noise.data() + noise.size() / 2 + position : silence.data() };
+        float* outputs[] = { out.data(), out.data() + blockSize };
+        core.process (inputs, outputs, blockSize);
+        position = (position + (size_t) blockSize) % (noise.size() / 2 - (size_t) blockSize);
+    }
+
+    void renderSeconds (double seconds, bool sound, double sampleRate)
+    {
+        for (int done = 0; done < (int) (seconds * sampleRate); done += blockSize)
+            render (sound);
+    }
+
+    const std::vector<float>& output() const { return out; }
+
+private:
+    QuorlaneCore core;
+    int blockSize;
+    std::vector<float> noise, out;
+    std::vector<float> silence = std::vector<float> (8192);
+    size_t position = 0;
+};
 
 void renderCore (benchmark::State& state, Input input)
 {
@@ -19,52 +63,27 @@ void renderCore (benchmark::State& state, Input input)
     const auto sampleRate = (double) state.range (1);
     const auto blockSize = (int) state.range (2);
 
-    QuorlaneCore core;
-    core.prepare (sampleRate, blockSize);
-    core.setQuality (quality);
+    Renderer renderer (sampleRate, blockSize, quality);
+    renderer.renderSeconds (1.0, true, sampleRate);
 
-    std::vector<float> left ((size_t) blockSize), right ((size_t) blockSize);
-    std::vector<float> outLeft ((size_t) blockSize), outRight ((size_t) blockSize);
-    const float* inputs[] = { left.data(), right.data() };
-    float* outputs[] = { outLeft.data(), outRight.data() };
+    if (input == Input::gated)
+        renderer.renderSeconds (30.0, false, sampleRate);
 
-    std::mt19937 random (1);
-    std::uniform_real_distribution<float> noise (-0.5f, 0.5f);
-
-    auto fill = [&]
-    {
-        for (int i = 0; i < blockSize; ++i)
-        {
-            left[(size_t) i] = noise (random);
-            right[(size_t) i] = noise (random);
-        }
-    };
-
-    // Half a second of sound first, so that silence meets a live tail.
-    for (int done = 0; done < (int) sampleRate / 2; done += blockSize)
-    {
-        fill();
-        core.process (inputs, outputs, blockSize);
-    }
-
-    if (input == Input::silence)
-    {
-        std::fill (left.begin(), left.end(), 0.0f);
-        std::fill (right.begin(), right.end(), 0.0f);
-    }
+    const int blocksPerTail = (int) (2.0 * sampleRate) / blockSize;
+    int blocks = 0;
 
     for (auto _ : state)
     {
-        if (input == Input::noise)
+        // The tail is measured for two seconds after each half second of sound.
+        if (input == Input::tail && ++blocks % blocksPerTail == 0)
         {
             state.PauseTiming();
-            fill();
+            renderer.renderSeconds (0.5, true, sampleRate);
             state.ResumeTiming();
         }
 
-        core.process (inputs, outputs, blockSize);
-        benchmark::DoNotOptimize (outLeft.data());
-        benchmark::ClobberMemory();
+        renderer.render (input == Input::noise);
+        benchmark::DoNotOptimize (renderer.output().data());
     }
 
     state.counters["cpu_per_audio_s"] = benchmark::Counter (
@@ -80,14 +99,16 @@ void arguments (benchmark::internal::Benchmark* b)
             for (int block : { 64, 512 })
                 b->Args ({ quality, rate, block });
 
-    b->MinTime (0.05);
+    b->MinTime (0.1);
 }
 
-void noise (benchmark::State& state)   { renderCore (state, Input::noise); }
-void silence (benchmark::State& state) { renderCore (state, Input::silence); }
+void noise (benchmark::State& state)  { renderCore (state, Input::noise); }
+void tail (benchmark::State& state)   { renderCore (state, Input::tail); }
+void gated (benchmark::State& state)  { renderCore (state, Input::gated); }
 }
 
 BENCHMARK (noise)->Apply (arguments);
-BENCHMARK (silence)->Apply (arguments);
+BENCHMARK (tail)->Apply (arguments);
+BENCHMARK (gated)->Apply (arguments);
 
 BENCHMARK_MAIN();

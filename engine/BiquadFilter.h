@@ -8,7 +8,7 @@ class BiquadFilter
 public:
     static constexpr int blockSize = 32;
 
-    BiquadFilter (double frequency, double gainDb, double bandwidthOctaves) noexcept
+    explicit BiquadFilter (double frequency = 1000.0, double gainDb = 0.0, double bandwidthOctaves = 1.0) noexcept
         : tuning (frequency, gainDb, bandwidthOctaves) {}
 
     BiquadTuning& getTuning() noexcept { return tuning; }

@@ -49,7 +49,10 @@ void BiquadTuning::prepare (double sampleRate, double f, double g, double b) noe
 
 void BiquadTuning::advance() noexcept
 {
-    const bool moved = frequency.advance() | gain.advance() | bandwidth.advance();
+    // Every setting steps, whether or not another one moved.
+    bool moved = frequency.advance();
+    moved = gain.advance() || moved;
+    moved = bandwidth.advance() || moved;
 
     if (moved)
         updateCoefficients();

@@ -1,5 +1,7 @@
 #include "engine/DelayElement.h"
 
+#include "engine/InterpolationTables.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -8,6 +10,9 @@
 DelayElement::DelayElement (std::uint32_t a, std::uint32_t b)
     : randomA (a % 3060 + 12345), randomB (b % 3060 + 12345)
 {
+    // The shared tables are built by the first element, not by the audio
+    // thread on first use.
+    InterpolationTables::get();
     allocate (44100);
     setLength (10.0);
 }
@@ -109,16 +114,20 @@ void DelayElement::process (const double* input, double* output, unsigned qualit
     std::int32_t index[blockSize];
     double fraction[blockSize];
 
+    const bool gliding = ! lengthSettled;
+    const auto wrap = (std::uint32_t) capacity;
+
     for (int n = 0; n < blockSize; ++n)
     {
-        glideLength();
+        if (gliding)
+            glideLength();
 
         std::uint32_t w = writeIndex + (std::uint32_t) n;
-        w -= w >= (std::uint32_t) capacity ? (std::uint32_t) capacity : 0;
+        w -= w >= wrap ? wrap : 0;
 
         // Never reach back further than capacity - 64 samples: the oldest
         // part of the buffer is being overwritten by this very block.
-        const double position = std::max ((double) (w + (std::uint32_t) capacity) - length, (double) w + 64.0);
+        const double position = std::max ((double) (w + wrap) - length, (double) w + 64.0);
         const auto whole = (std::int32_t) position;
         index[n] = physical (whole, capacity);
         fraction[n] = position - (double) whole;

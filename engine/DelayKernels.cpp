@@ -3,6 +3,7 @@
 #include "engine/InterpolationTables.h"
 
 #include <algorithm>
+#include <cstring>
 #include <type_traits>
 
 #if defined(__GNUC__) && defined(__x86_64__)
@@ -23,24 +24,25 @@ using Doubles2 = double __attribute__ ((vector_size (16)));
 using Doubles4 = double __attribute__ ((vector_size (32)));
 using Ints2 = std::int32_t __attribute__ ((vector_size (8)));
 using Ints4 = std::int32_t __attribute__ ((vector_size (16)));
-using Longs4 = long long __attribute__ ((vector_size (32)));
 
-// The integer vectors of conversions, and unaligned views for memory access.
+// The integer vector of conversions.
 template <typename Native> struct Traits;
+template <> struct Traits<Doubles2> { using Ints = Ints2; };
+template <> struct Traits<Doubles4> { using Ints = Ints4; };
 
-template <> struct Traits<Doubles2>
+// Memory access at any alignment, one native vector at a time (which the
+// compiler turns into single unaligned loads and stores).
+template <typename Vector, typename Scalar>
+QUORLANE_INLINE void loadUnaligned (Vector& v, const Scalar* source)
 {
-    using Ints = Ints2;
-    using Unaligned = double __attribute__ ((vector_size (16), aligned (8), may_alias));
-    using UnalignedInts = std::int32_t __attribute__ ((vector_size (8), aligned (4), may_alias));
-};
+    std::memcpy (&v, source, sizeof v);
+}
 
-template <> struct Traits<Doubles4>
+template <typename Vector, typename Scalar>
+QUORLANE_INLINE void storeUnaligned (Scalar* destination, const Vector& v)
 {
-    using Ints = Ints4;
-    using Unaligned = double __attribute__ ((vector_size (32), aligned (8), may_alias));
-    using UnalignedInts = std::int32_t __attribute__ ((vector_size (16), aligned (4), may_alias));
-};
+    std::memcpy (destination, &v, sizeof v);
+}
 
 // `count` native vectors side by side: independent work to keep the
 // processor busy while each one waits for its previous result.
@@ -52,14 +54,12 @@ struct Pack
 
     Native part[count];
 
-    using Unaligned = typename Traits<Native>::Unaligned;
-
     static QUORLANE_INLINE Pack load (const double* source)
     {
         Pack p;
 
         for (int i = 0; i < count; ++i)
-            p.part[i] = *reinterpret_cast<const Unaligned*> (source + i * nativeWidth);
+            loadUnaligned (p.part[i], source + i * nativeWidth);
 
         return p;
     }
@@ -67,7 +67,7 @@ struct Pack
     QUORLANE_INLINE void store (double* destination) const
     {
         for (int i = 0; i < count; ++i)
-            *reinterpret_cast<Unaligned*> (destination + i * nativeWidth) = part[i];
+            storeUnaligned (destination + i * nativeWidth, part[i]);
     }
 
     friend QUORLANE_INLINE Pack operator+ (const Pack& x, const Pack& b)
@@ -126,15 +126,15 @@ struct Pack
                                 std::int32_t* index, double* fraction) const
     {
         using Ints = typename Traits<Native>::Ints;
-        using UnalignedInts = typename Traits<Native>::UnalignedInts;
 
         for (int i = 0; i < count; ++i)
         {
             const Ints whole = __builtin_convertvector (part[i], Ints);
-            const Ints wrap = *reinterpret_cast<const UnalignedInts*> (wrapIndex + i * nativeWidth);
-            const Ints size = *reinterpret_cast<const UnalignedInts*> (capacity + i * nativeWidth);
-            *reinterpret_cast<UnalignedInts*> (index + i * nativeWidth) = whole >= wrap ? whole - size : whole;
-            *reinterpret_cast<Unaligned*> (fraction + i * nativeWidth) = part[i] - __builtin_convertvector (whole, Native);
+            Ints wrap, size;
+            loadUnaligned (wrap, wrapIndex + i * nativeWidth);
+            loadUnaligned (size, capacity + i * nativeWidth);
+            storeUnaligned (index + i * nativeWidth, (Ints) (whole >= wrap ? whole - size : whole));
+            storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - __builtin_convertvector (whole, Native)));
         }
     }
 };
@@ -301,10 +301,10 @@ QUORLANE_INLINE void reduceFour (const Chunk& s0, const Chunk& s1, const Chunk& 
     if constexpr (std::is_same_v<Chunk, Pack<Doubles4, 1>>)
     {
         const Doubles4 a = s0.part[0], b = s1.part[0], c = s2.part[0], d = s3.part[0];
-        const Doubles4 ab = __builtin_shuffle (a, b, (Longs4) { 0, 4, 2, 6 }) + __builtin_shuffle (a, b, (Longs4) { 1, 5, 3, 7 });
-        const Doubles4 cd = __builtin_shuffle (c, d, (Longs4) { 0, 4, 2, 6 }) + __builtin_shuffle (c, d, (Longs4) { 1, 5, 3, 7 });
-        const Doubles4 sums = __builtin_shuffle (ab, cd, (Longs4) { 0, 1, 4, 5 }) + __builtin_shuffle (ab, cd, (Longs4) { 2, 3, 6, 7 });
-        *reinterpret_cast<Traits<Doubles4>::Unaligned*> (result) = sums;
+        const Doubles4 ab = __builtin_shufflevector (a, b, 0, 4, 2, 6) + __builtin_shufflevector (a, b, 1, 5, 3, 7);
+        const Doubles4 cd = __builtin_shufflevector (c, d, 0, 4, 2, 6) + __builtin_shufflevector (c, d, 1, 5, 3, 7);
+        const Doubles4 sums = __builtin_shufflevector (ab, cd, 0, 1, 4, 5) + __builtin_shufflevector (ab, cd, 2, 3, 6, 7);
+        storeUnaligned (result, sums);
     }
     else
     {

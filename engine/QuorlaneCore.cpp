@@ -24,6 +24,7 @@ private:
 };
 
 using Pair = double __attribute__ ((vector_size (16)));
+using Floats = float __attribute__ ((vector_size (8)));
 
 constexpr int ringMask = 2 * QuorlaneCore::blockSize - 1;
 constexpr std::uint32_t decayIndices = (1u << earlySize) | (1u << earlyDiffusion) | (1u << lateSize)
@@ -52,10 +53,7 @@ QuorlaneCore::RateConstants QuorlaneCore::RateConstants::forRate (double sr, int
 }
 
 QuorlaneCore::QuorlaneCore()
-    : earlyEq (eqFrequency (values[earlyEqFrequency]), eqGainDb (values[earlyEqGain]), eqBandwidth (values[earlyEqBandwidth])),
-      lateEq (eqFrequency (values[lateEqFrequency]), eqGainDb (values[lateEqGain]), eqBandwidth (values[lateEqBandwidth])),
-      earlyEqMono (eqFrequency (values[earlyEqFrequency]), eqGainDb (values[earlyEqGain]), eqBandwidth (values[earlyEqBandwidth])),
-      lateEqMono (eqFrequency (values[lateEqFrequency]), eqGainDb (values[lateEqGain]), eqBandwidth (values[lateEqBandwidth]))
+    : rate (RateConstants::forRate (44100.0, 0))
 {
     // Predelays, the early and late chains (alternating left and right), and
     // the cross-coupled delays; all built for 44100 Hz until prepared.
@@ -97,8 +95,6 @@ void QuorlaneCore::reset()
 void QuorlaneCore::prepare (double sampleRate, int)
 {
     rate = RateConstants::forRate (sampleRate, rate.rateClass);
-    fadeCoefficient = rate.fade;
-    peakDecay = 1.0 - rate.meterRelease;
 
     reset();
     std::memset (work, 0, sizeof (work));
@@ -117,10 +113,21 @@ void QuorlaneCore::recomputeAll() noexcept
 {
     const double sr = rate.sampleRate;
 
-    earlyEq.getTuning().prepare (sr, eqFrequency (values[earlyEqFrequency]), eqGainDb (values[earlyEqGain]), eqBandwidth (values[earlyEqBandwidth]));
-    earlyEqMono.getTuning().prepare (sr, eqFrequency (values[earlyEqFrequency]), eqGainDb (values[earlyEqGain]), eqBandwidth (values[earlyEqBandwidth]));
-    lateEq.getTuning().prepare (sr, eqFrequency (values[lateEqFrequency]), eqGainDb (values[lateEqGain]), eqBandwidth (values[lateEqBandwidth]));
-    lateEqMono.getTuning().prepare (sr, eqFrequency (values[lateEqFrequency]), eqGainDb (values[lateEqGain]), eqBandwidth (values[lateEqBandwidth]));
+    // The preset fade runs out in about 1400 samples at 44100 Hz (30 ms):
+    // long enough not to click, short enough to feel immediate.
+    fadeCoefficient = rate.fade;
+    peakDecay = 1.0 - rate.meterRelease;
+
+    // Frequency, gain and bandwidth are consecutive parameters.
+    const auto tune = [this, sr] (BiquadTuning& tuning, std::uint32_t frequency)
+    {
+        tuning.prepare (sr, eqFrequency (values[frequency]), eqGainDb (values[frequency + 1]), eqBandwidth (values[frequency + 2]));
+    };
+
+    tune (earlyEq.getTuning(), earlyEqFrequency);
+    tune (earlyEqMono.getTuning(), earlyEqFrequency);
+    tune (lateEq.getTuning(), lateEqFrequency);
+    tune (lateEqMono.getTuning(), lateEqFrequency);
 
     for (std::uint32_t i = 0; i < parameterCount; ++i)
         applyParameter (i);
@@ -490,65 +497,81 @@ void QuorlaneCore::advanceMixers() noexcept
 }
 
 // The mixer writes the result over the block's input in the ring, where the
-// framing reads it out one block later. A mono render shows on both meters.
+// framing reads it out one block later. A mono render runs the same pair
+// arithmetic with its one channel in both lanes.
 void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
 {
+    const int last = channels - 1;
+    double* left = ring[0] + offset;
+    double* right = ring[last] + offset;
+
     for (int n = 0; n < blockSize; ++n)
     {
         advanceMixers();
 
-        for (int c = 0; c < channels; ++c)
-        {
-            double& sample = ring[c][offset + n];
-            const double dry = sample;
-            const double x = earlyOut[c][n] + (work[c][n] - earlyOut[c][n]) * crossFadeMix.value;
-            double out = (double) (float) (((wetMix.value * x - dry) * dryWetMix.value + dry) * volumeMix.value + 1e-20);
+        const Pair early { earlyOut[0][n], earlyOut[last][n] };
+        const Pair late { work[0][n], work[last][n] };
+        const Pair dry { left[n], right[n] };
+        const Pair x = early + (late - early) * crossFadeMix.value;
+        Pair out = ((wetMix.value * x - dry) * dryWetMix.value + dry) * volumeMix.value + 1e-20;
+        out = __builtin_convertvector (__builtin_convertvector (out, Floats), Pair);
 
-            if (fadeActive)
-                out *= fadeGain;
+        if (fadeActive)
+            out *= fadeGain;
 
-            sample = out;
-            meter (c, out);
-        }
-
-        if (channels == 1)
-            meter (1, ring[0][offset + n]);
+        left[n] = out[0];
+        right[n] = out[1];
     }
+
+    meterBlock (left, right);
 }
 
 // A gated block: the mixers and the preset fade keep time, the output is
 // exact zeros, and the network is left untouched.
 void QuorlaneCore::silentBlock (int offset, int channels) noexcept
 {
+    static constexpr double zeros[blockSize] {};
+
     for (int n = 0; n < blockSize; ++n)
-    {
         advanceMixers();
 
-        for (int c = 0; c < channels; ++c)
-            ring[c][offset + n] = 0.0;
+    for (int c = 0; c < channels; ++c)
+        std::fill_n (ring[c] + offset, blockSize, 0.0);
 
-        meter (0, 0.0);
-        meter (1, 0.0);
-    }
+    meterBlock (zeros, zeros);
 }
 
-void QuorlaneCore::meter (int channel, double sample) noexcept
+// Held peaks for the meters, and the envelopes that close the gate.
+void QuorlaneCore::meterBlock (const double* left, const double* right) noexcept
 {
-    const double position = sample * 100.0 + 200.0;
-    const int index = position >= 0.0 ? (position < (double) (meterTableSize - 1) ? (int) position : meterTableSize - 1) : 0;
-    const double level = getMeterTable()[(size_t) index];
+    const auto& table = getMeterTable();
+    Pair peaks { peak[0], peak[1] }, envelopes { envelope[0], envelope[1] }, quietest { 1.0, 1.0 };
 
-    if (level > peak[channel])
-        peak[channel] = level;
+    for (int n = 0; n < blockSize; ++n)
+    {
+        const Pair sample { left[n], right[n] };
+        const Pair position = sample * 100.0 + 200.0;
+        Pair level;
 
-    peak[channel] = peak[channel] * peakDecay + 1e-20;
+        for (int c = 0; c < 2; ++c)
+        {
+            const int index = position[c] >= 0.0 ? (position[c] < (double) (meterTableSize - 1) ? (int) position[c] : meterTableSize - 1) : 0;
+            level[c] = table[(size_t) index];
+        }
 
-    // Only positive excursions raise the envelope.
-    envelope[channel] = (peakDecay + 1e-20) * envelope[channel] + 1e-20;
+        peaks = peaks < level ? level : peaks;
+        peaks = peaks * peakDecay + 1e-20;
 
-    if (sample > envelope[channel])
-        envelope[channel] = sample;
+        // Only positive excursions raise the envelope.
+        envelopes = (peakDecay + 1e-20) * envelopes + 1e-20;
+        envelopes = envelopes < sample ? sample : envelopes;
+        quietest = envelopes < quietest ? envelopes : quietest;
+    }
 
-    if (envelope[channel] < 2e-5)
-        active[channel] = false;
+    for (int c = 0; c < 2; ++c)
+    {
+        peak[c] = peaks[c];
+        envelope[c] = envelopes[c];
+        active[c] = active[c] && ! (quietest[c] < 2e-5);
+    }
 }

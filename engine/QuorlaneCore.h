@@ -27,17 +27,16 @@ public:
     // Quantities derived from the sample rate whenever it is set.
     struct RateConstants
     {
-        double sampleRate = 44100.0;
-        double inverse = 0.0, halfInverse = 0.0, nyquist = 0.0;
-        double ratio = 1.0;        // sr / 44100
-        double inverseRatio = 1.0; // 44100 / sr
-        double k = 1.0;            // 1 at 44100 Hz; scales every per-sample rate
-        double kCubed = 1.0;
-        double smoothing = 0.002, fade = 0.005, meterRelease = 0.0001;
+        double sampleRate, inverse, halfInverse, nyquist;
+        double ratio;        // sr / 44100
+        double inverseRatio; // 44100 / sr
+        double k;            // 1 at 44100 Hz; scales every per-sample rate
+        double kCubed;
+        double smoothing, fade, meterRelease;
 
         // 0 .. 4 for 44100, 48000, 88200, 96000 and 192000 Hz; other rates
         // keep the class they had.
-        int rateClass = 0;
+        int rateClass;
 
         static RateConstants forRate (double sampleRate, int previousRateClass) noexcept;
     };
@@ -69,10 +68,12 @@ private:
     static constexpr int earlyStages = 6;
     static constexpr int lateStages = 8;
 
-    DelayElement& predelayLine (int channel) noexcept        { return elements[(size_t) channel]; }
-    DelayElement& early (int chainPosition) noexcept     { return elements[2 + (size_t) chainPosition]; }
-    DelayElement& late (int chainPosition) noexcept      { return elements[2 + 2 * earlyStages + (size_t) chainPosition]; }
-    DelayElement& crossDelay (int channel) noexcept      { return elements[2 + 2 * (earlyStages + lateStages) + (size_t) channel]; }
+    // The elements in build order: predelays, the early and the late chains
+    // (left and right alternating) and the cross-coupled delays.
+    DelayElement& predelayLine (int channel) noexcept { return elements[(size_t) channel]; }
+    DelayElement& early (int chainPosition) noexcept  { return elements[2 + (size_t) chainPosition]; }
+    DelayElement& late (int chainPosition) noexcept   { return elements[2 + 2 * earlyStages + (size_t) chainPosition]; }
+    DelayElement& crossDelay (int channel) noexcept   { return elements[2 + 2 * (earlyStages + lateStages) + (size_t) channel]; }
 
     void applyParameter (std::uint32_t index) noexcept;
     void updateDecayEstimate() noexcept;
@@ -83,7 +84,7 @@ private:
     void silentBlock (int offset, int channels) noexcept;
     void mixAndMeter (int offset, int channels) noexcept;
     void advanceMixers() noexcept;
-    void meter (int channel, double sample) noexcept;
+    void meterBlock (const double* left, const double* right) noexcept;
 
     void runFrames (const float* const* inputs, float* const* outputs, int channels, int numSamples,
                     void (QuorlaneCore::*block) (int offset) noexcept) noexcept;

@@ -9,12 +9,12 @@ using namespace QuorlaneMapping;
 
 namespace
 {
-// One decimal place; beyond +/-1e20 the plain notation would run on for
-// dozens of digits.
-std::string number (double value)
+// One decimal place and the unit; beyond +/-1e20 the plain notation would
+// run on for dozens of digits.
+std::string number (double value, const char* unit, const char* sign = "")
 {
     char text[64];
-    std::snprintf (text, sizeof text, std::abs (value) > 1e20 ? "%.9g" : "%.1f", value);
+    std::snprintf (text, sizeof text, std::abs (value) > 1e20 ? "%s%.9g%s" : "%s%.1f%s", sign, value, unit);
     return text;
 }
 
@@ -26,14 +26,14 @@ std::string split (double p, const char* names)
     return text;
 }
 
-std::string decibels (double gain)
+double decibels (double gain)
 {
-    return number (gain > 0.0 ? 20.0 * std::log10 (gain) : -320.0);
+    return gain > 0.0 ? 20.0 * std::log10 (gain) : -320.0;
 }
 
 std::string metres (double seconds)
 {
-    return number (seconds * metresPerSecond) + "m";
+    return number (seconds * metresPerSecond, "m");
 }
 }
 
@@ -50,42 +50,43 @@ std::string quorlaneParameterText (int index, float normalisedValue)
 
         case earlyDiffusion:
         case lateDiffusion:
-        case modulation:  return number (p * 100.0) + "%";
+        case modulation:  return number (p * 100.0, "%");
 
         case earlyAttenuation:
-        case lateAttenuation:  return number (attenuationFrequency (p)) + "Hz";
-        case lateBassCut:      return number (bassCutFrequency (p)) + "Hz";
+        case lateAttenuation:  return number (attenuationFrequency (p), "Hz");
+        case lateBassCut:      return number (bassCutFrequency (p), "Hz");
 
         case earlyEqFrequency:
-        case lateEqFrequency:  return number (eqFrequency (p)) + "Hz";
+        case lateEqFrequency:  return number (eqFrequency (p), "Hz");
 
         case earlyEqGain:
-        case lateEqGain:       return number (eqGainDb (p)) + "dB";
+        case lateEqGain:       return number (eqGainDb (p), "dB");
 
         case earlyEqBandwidth:
-        case lateEqBandwidth:  return number (eqBandwidth (p)) + "Oct.";
+        case lateEqBandwidth:  return number (eqBandwidth (p), "Oct.");
 
-        case lateFeedback: return number (feedbackGain (p) * 100.0) + "%";
+        case lateFeedback: return number (feedbackGain (p) * 100.0, "%");
         case crossFade:    return split (p, "Early/Late");
 
         case predelay:
         {
             const double seconds = predelaySeconds (p);
-            return number (seconds * 1000.0) + "ms (" + metres (seconds) + ")";
+            std::string text = number (seconds * 1000.0, "ms (");
+            text.append (metres (seconds)).append (")");
+            return text;
         }
 
-        case wetGain: return decibels (wetGainFactor (p)) + "dB";
+        case wetGain: return number (decibels (wetGainFactor (p)), "dB");
         case dryWet:  return split (p, "Dry/Wet");
 
         case outputVolume:
         {
-            const double gain = volumeFactor (p);
-            const double level = gain > 0.0 ? 20.0 * std::log10 (gain) : -320.0;
+            const double level = decibels (volumeFactor (p));
 
             if (level <= -320.0)
                 return "-Inf.";
 
-            return (level > 0.01 ? "+" : "") + number (level) + "dB";
+            return number (level, "dB", level > 0.01 ? "+" : "");
         }
 
         default: return {};

@@ -9,7 +9,7 @@ class StereoBiquadFilter
 public:
     static constexpr int blockSize = 32;
 
-    StereoBiquadFilter (double frequency, double gainDb, double bandwidthOctaves) noexcept
+    explicit StereoBiquadFilter (double frequency = 1000.0, double gainDb = 0.0, double bandwidthOctaves = 1.0) noexcept
         : tuning (frequency, gainDb, bandwidthOctaves) {}
 
     BiquadTuning& getTuning() noexcept { return tuning; }
