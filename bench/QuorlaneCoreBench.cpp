@@ -110,5 +110,3 @@ void gated (benchmark::State& state)  { renderCore (state, Input::gated); }
 BENCHMARK (noise)->Apply (arguments);
 BENCHMARK (tail)->Apply (arguments);
 BENCHMARK (gated)->Apply (arguments);
-
-BENCHMARK_MAIN();
