@@ -1,0 +1,108 @@
+#pragma once
+
+#include "GUIController.h"
+#include "OptionsPanel.h"
+#include "StatusBar.h"
+
+#include "framework/BasePlugin.h"
+
+#include <memory>
+#include <vector>
+
+class GFXDisplay;
+
+// The editor of every plug-in of the line: built from the skin ("skin.xml"),
+// it hears every control's events and movements and turns them into actions
+// (options, about, MIDI learn here; the preset operations in the plug-in),
+// reports parameters in the status bar and shows the options panel below the
+// skin.
+class BasePluginEditor : public juce::AudioProcessorEditor,
+                         public GUIController::Listener,
+                         private MidiControl::Listener,
+                         private juce::AsyncUpdater
+{
+public:
+    explicit BasePluginEditor (BasePlugin& plugin);
+
+    // Built from the given skin instead of the compiled-in one (nothing for null).
+    BasePluginEditor (BasePlugin& plugin, const juce::XmlElement* skin);
+
+    ~BasePluginEditor() override;
+
+    BasePlugin& getPlugin() const noexcept { return plugin; }
+
+    // Reads a skin's root element and creates its controls. A root other than
+    // "PluginEditor" builds nothing.
+    void buildFromSkin (const juce::XmlElement& root);
+
+    GUIController* findController (const juce::String& name) const;
+    juce::Array<GUIController*> getControllers() const;
+
+    // Panels register the controls they hold so that they report here too.
+    void registerController (GUIController& controller);
+
+    // Event ids are those of the plug-in's event registry.
+    virtual void handleEvent (int eventId, GUIController* source);
+
+    // The status bar line and MIDI learn's share of a parameter movement.
+    void reportParameter (Parameter& parameter);
+
+    // An edited display's text goes to its parameter.
+    virtual void commitDisplayText (GFXDisplay& display, const juce::String& text);
+
+    // A parameter's value as the status bar shows it.
+    juce::String getValueText (const Parameter& parameter) const;
+
+    StatusBar& getStatusBar() noexcept { return statusBar; }
+
+    // The learn state in words ("" when learning is off).
+    juce::String describeMidiLearn() const;
+
+    bool isShowingOptions() const noexcept { return optionsPanel != nullptr && optionsPanel->isVisible(); }
+    void setOptionsVisible (bool shouldShow);
+    OptionsPanel* getOptionsPanel() const noexcept { return optionsPanel.get(); }
+
+    void paint (juce::Graphics& g) override;
+    void resized() override;
+
+    void controllerEvent (GUIController& source, int eventId) override;
+    void controllerMoved (GUIController& source) override;
+
+    static constexpr int statusTimeMs = 3000;
+
+protected:
+    // Each editor of the chain adds its pages (its own first, then its base's).
+    virtual void addOptionsPages (OptionsPanel& panel);
+
+    virtual void showAbout();
+
+    // The about window's lines under the product's name.
+    virtual juce::String getAboutText() const;
+
+    // The editor's height: the skin's plus whatever shows below it.
+    virtual int getHeightBelowSkin() const;
+    void updateSize();
+
+private:
+    void toggleMidiLearn();
+    void midiLearnModeChanged (bool isOn) override;
+    void midiLearnChoiceChanged() override;
+    void midiControllerMoved (Parameter& lastMoved) override;
+    void handleAsyncUpdate() override;
+
+    BasePlugin& plugin;
+    juce::Image background;
+    int skinWidth = 400, skinHeight = 200;
+
+    std::vector<std::unique_ptr<GUIController>> ownedControllers;
+    juce::Array<GUIController*> controllers;
+    mutable juce::CriticalSection controllerLock;
+
+    GUIController* midiLearnButton = nullptr;
+    GUIController* midiActivityLed = nullptr;
+
+    StatusBar statusBar;
+    std::unique_ptr<OptionsPanel> optionsPanel;
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (BasePluginEditor)
+};

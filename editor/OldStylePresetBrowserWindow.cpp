@@ -1,0 +1,147 @@
+#include "OldStylePresetBrowserWindow.h"
+
+#include "OptionsPanel.h"
+
+class OldStylePresetBrowserWindow::Content : public juce::Component
+{
+    BasePluginOldStyle& plugin;
+    OldStylePresetsBrowser browser;
+
+public:
+    explicit Content (BasePluginOldStyle& p) : plugin (p), browser (p)
+    {
+        addAndMakeVisible (browser);
+
+        setUp (addGroupButton, "Add group", [this] { browser.addGroup(); });
+        setUp (removeGroupButton, "Remove empty group", [this] { browser.removeGroup(); });
+        setUp (copyButton, "Copy current preset", [this] { browser.copyPreset(); });
+        setUp (pasteButton, "Paste copied preset", [this] { browser.pastePreset(); });
+        setUp (previousButton, "Select previous preset", [this] { browser.previousPreset(); });
+        setUp (nextButton, "Select next preset", [this] { browser.nextPreset(); });
+        setUp (loadPresetButton, "Load preset", [this] { loadPreset(); });
+        setUp (savePresetButton, "Save current preset", [this] { savePreset(); });
+        setUp (loadBankButton, "Load preset bank", [this] { loadBank(); });
+        setUp (saveBankButton, "Save current preset bank", [this] { saveBank(); });
+
+        setSize (ColumnBrowser::columnWidth * 2 + 24, 420);
+    }
+
+    void paint (juce::Graphics& g) override
+    {
+        g.fillAll (juce::Colour (0xff232224));
+        g.setColour (juce::Colour (0xffbef6ff));
+        g.setFont (OptionsPanel::getFont (13.0f));
+        g.drawText ("Preset", presetRow, juce::Justification::centredLeft);
+        g.drawText ("Bank", bankRow, juce::Justification::centredLeft);
+    }
+
+    void resized() override
+    {
+        auto area = getLocalBounds().reduced (8);
+        auto files = area.removeFromBottom (56);
+        presetRow = files.removeFromTop (26);
+        files.removeFromTop (4);
+        bankRow = files;
+
+        auto row = presetRow.withTrimmedLeft (60);
+        loadPresetButton.setBounds (row.removeFromLeft (80));
+        savePresetButton.setBounds (row.withTrimmedLeft (6).removeFromLeft (80));
+        row = bankRow.withTrimmedLeft (60);
+        loadBankButton.setBounds (row.removeFromLeft (80));
+        saveBankButton.setBounds (row.withTrimmedLeft (6).removeFromLeft (80));
+
+        auto tools = area.removeFromTop (28);
+        area.removeFromTop (6);
+
+        for (auto* b : { (juce::Component*) &addGroupButton, (juce::Component*) &removeGroupButton,
+                         (juce::Component*) &copyButton, (juce::Component*) &pasteButton })
+        {
+            b->setBounds (tools.removeFromLeft (76));
+            tools.removeFromLeft (4);
+        }
+
+        nextButton.setBounds (tools.removeFromRight (28).reduced (4));
+        previousButton.setBounds (tools.removeFromRight (28).reduced (4));
+
+        browser.setBounds (area.withTrimmedBottom (6));
+    }
+
+private:
+    void setUp (juce::Button& button, const juce::String& tooltip, std::function<void()> action)
+    {
+        button.setTooltip (tooltip);
+        button.onClick = std::move (action);
+        addAndMakeVisible (button);
+    }
+
+    void choose (const juce::String& title, const juce::String& extension, bool saving,
+                 std::function<void (const juce::File&)> use)
+    {
+        const auto folder = plugin.getLastBankFolder();
+        chooser = std::make_unique<juce::FileChooser> (title, folder, "*" + extension);
+
+        const int flags = juce::FileBrowserComponent::canSelectFiles
+                        | (saving ? juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::warnAboutOverwriting
+                                  : juce::FileBrowserComponent::openMode);
+
+        chooser->launchAsync (flags, [use, extension, saving] (const juce::FileChooser& fc)
+        {
+            auto file = fc.getResult();
+
+            if (file == juce::File())
+                return;
+
+            if (saving && ! file.hasFileExtension (extension))
+                file = file.withFileExtension (extension);
+
+            use (file);
+        });
+    }
+
+    void loadPreset()
+    {
+        choose ("Load single preset", plugin.getPresetFileExtension(), false,
+                [this] (const juce::File& f) { plugin.loadPresetFile (f, (int) plugin.getCurrentPresetIndex()); browser.rebuild(); });
+    }
+
+    void savePreset()
+    {
+        choose ("Save current settings as preset", plugin.getPresetFileExtension(), true,
+                [this] (const juce::File& f) { plugin.savePresetFile (f, (int) plugin.getCurrentPresetIndex()); });
+    }
+
+    void loadBank()
+    {
+        choose ("Load preset bank", plugin.getBankFileExtension(), false,
+                [this] (const juce::File& f) { plugin.loadBankFile (f); browser.rebuild(); });
+    }
+
+    void saveBank()
+    {
+        choose ("Save preset bank", plugin.getBankFileExtension(), true,
+                [this] (const juce::File& f) { plugin.saveBankFile (f); });
+    }
+
+    juce::TextButton addGroupButton { "Add Group" }, removeGroupButton { "Rem Group" },
+                     copyButton { "Copy" }, pasteButton { "Paste" };
+    juce::ArrowButton previousButton { "Up", 0.75, juce::Colour (0xffbef6ff) },
+                      nextButton { "Down", 0.25, juce::Colour (0xffbef6ff) };
+    juce::TextButton loadPresetButton { "Load" }, savePresetButton { "Save" },
+                     loadBankButton { "Load" }, saveBankButton { "Save" };
+    juce::Rectangle<int> presetRow, bankRow;
+    juce::TooltipWindow tooltips { this };
+    std::unique_ptr<juce::FileChooser> chooser;
+};
+
+OldStylePresetBrowserWindow::OldStylePresetBrowserWindow (BasePluginOldStyle& plugin, std::function<void()> close)
+    : juce::DocumentWindow ("Preset Browser", juce::Colour (0xff232224), juce::DocumentWindow::closeButton),
+      onClose (std::move (close))
+{
+    setUsingNativeTitleBar (true);
+    setContentOwned (new Content (plugin), true);
+    setResizable (true, false);
+    centreWithSize (getWidth(), getHeight());
+    setVisible (true);
+}
+
+OldStylePresetBrowserWindow::~OldStylePresetBrowserWindow() = default;

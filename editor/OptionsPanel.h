@@ -1,0 +1,18 @@
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+// The options shown below the skin: one tab per page, the pages added by the
+// editors of the chain.
+class OptionsPanel : public juce::TabbedComponent
+{
+public:
+    OptionsPanel();
+
+    void addPage (const juce::String& title, std::unique_ptr<juce::Component> page);
+
+    // Tahoma where installed; otherwise the closest sans-serif face.
+    static juce::Font getFont (float height);
+
+    static constexpr int height = 280;
+};

@@ -1,0 +1,70 @@
+#include "QualitySettingsPage.h"
+
+#include "OptionsPanel.h"
+
+namespace
+{
+    const char* const stepNames[] = { "Low", "Medium", "High", "Highest" };
+    const juce::Colour textColour (0xffbef6ff);
+
+    void fill (juce::ComboBox& box)
+    {
+        for (int step = 0; step < CorvelleEffect::numQualitySteps; ++step)
+            box.addItem (stepNames[step], step + 1);
+    }
+}
+
+QualitySettingsPage::QualitySettingsPage (CorvelleEffect& e)
+    : effect (e), quality (e.getParameterManager().findParameter ("Quality"))
+{
+    fill (defaultQuality);
+    fill (currentQuality);
+
+    defaultQuality.setSelectedId (effect.getDefaultQuality() + 1, juce::dontSendNotification);
+    currentQuality.setSelectedId (effect.getCurrentQualityStep() + 1, juce::dontSendNotification);
+    currentQuality.setEnabled (quality != nullptr && ! effect.isQualityLocked());
+
+    defaultQuality.onChange = [this] { effect.setDefaultQuality (defaultQuality.getSelectedId() - 1); };
+    currentQuality.onChange = [this]
+    {
+        if (quality != nullptr && currentQuality.getSelectedId() > 0)
+            quality->setNormalisedValue ((float) (currentQuality.getSelectedId() - 1) * CorvelleEffect::qualityStepSize, true);
+    };
+
+    addAndMakeVisible (defaultQuality);
+    addAndMakeVisible (currentQuality);
+
+    if (quality != nullptr)
+        quality->addDeferredListener (this);
+}
+
+QualitySettingsPage::~QualitySettingsPage()
+{
+    if (quality != nullptr)
+        quality->removeDeferredListener (this);
+}
+
+void QualitySettingsPage::parameterChanged (Parameter&)
+{
+    currentQuality.setSelectedId (effect.getCurrentQualityStep() + 1, juce::dontSendNotification);
+}
+
+void QualitySettingsPage::paint (juce::Graphics& g)
+{
+    g.setColour (textColour);
+    g.setFont (OptionsPanel::getFont (16.0f).boldened());
+    g.drawText ("Quality", 20, 12, 300, 22, juce::Justification::centredLeft);
+
+    g.setFont (OptionsPanel::getFont (13.0f));
+    g.drawText ("Default Quality", 20, 48, 140, 24, juce::Justification::centredLeft);
+    g.drawText ("Current Quality", 20, 84, 140, 24, juce::Justification::centredLeft);
+
+    g.setColour (textColour.withAlpha (0.75f));
+    g.drawFittedText (restartNote, juce::Rectangle<int> (20, 124, getWidth() - 40, 40), juce::Justification::topLeft, 2);
+}
+
+void QualitySettingsPage::resized()
+{
+    defaultQuality.setBounds (170, 48, 160, 24);
+    currentQuality.setBounds (170, 84, 160, 24);
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+// A line of text over the bottom of the skin: a message for a given time, or
+// else a resting text (the MIDI learn state while learning). Hidden while it
+// has nothing to say.
+class StatusBar : public juce::Component,
+                  private juce::Timer
+{
+public:
+    StatusBar();
+
+    void showMessage (const juce::String& text, int durationMs);
+    void setRestingText (const juce::String& text);
+
+    juce::String getShownText() const { return message.isNotEmpty() ? message : restingText; }
+
+    void paint (juce::Graphics& g) override;
+
+    static constexpr int height = 18;
+
+private:
+    void timerCallback() override;
+    void update();
+
+    juce::String message, restingText;
+};

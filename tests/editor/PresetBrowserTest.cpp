@@ -1,0 +1,72 @@
+#include "editor/OldStylePresetsBrowser.h"
+#include "engine/Quorlane.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+    int totalCount (const BasePluginOldStyle& plugin)
+    {
+        int total = 0;
+        for (const auto& group : plugin.getGroups())
+            total += group.count;
+        return total;
+    }
+}
+
+TEST (PresetBrowser, GroupOperationsKeepThePartition)
+{
+    Quorlane plugin;
+    plugin.resetBank();
+    OldStylePresetsBrowser browser (plugin);
+    browser.setSize (500, 300);
+
+    browser.addGroup();
+    EXPECT_EQ (plugin.getGroups().size(), 1u) << "nothing chosen, nothing added";
+
+    browser.chooseGroup (0);
+    browser.addGroup();
+    auto groups = plugin.getGroups();
+    ASSERT_EQ (groups.size(), 2u);
+    EXPECT_EQ (groups[0].name, "New Group");
+    EXPECT_EQ (groups[0].count, 0);
+    EXPECT_EQ (totalCount (plugin), 128);
+
+    browser.chooseGroup (1);
+    browser.removeGroup();
+    EXPECT_EQ (plugin.getGroups().size(), 2u) << "a group holding presets stays";
+
+    browser.chooseGroup (0);
+    browser.removeGroup();
+    EXPECT_EQ (plugin.getGroups().size(), 1u);
+    EXPECT_EQ (totalCount (plugin), 128);
+}
+
+TEST (PresetBrowser, ColumnsShowTheChosenGroupsSlots)
+{
+    Quorlane plugin;
+    plugin.resetBank();
+    plugin.insertGroup (0, "Halls");
+    OldStylePresetsBrowser browser (plugin);
+    browser.setSize (500, 300);
+
+    browser.chooseGroup (1);
+    auto* presets = dynamic_cast<OldStylePresetsBrowser::PresetListColumn*> (browser.getColumn (1));
+    ASSERT_NE (presets, nullptr);
+    EXPECT_EQ (presets->getNumItems(), 128);
+    EXPECT_EQ (presets->getItemText (4), "Preset 5");
+
+    presets->itemChosen (4);
+    EXPECT_EQ (plugin.getCurrentPresetIndex(), 4u);
+
+    presets->itemRenamed (4, "Cathedral");
+    EXPECT_EQ (plugin.getSlotName (4), "Cathedral");
+    EXPECT_EQ (plugin.getParameterManager().findParameter ("Current Preset Name")->getText(), "Cathedral");
+
+    plugin.selectPreset (127, true);
+    browser.nextPreset();
+    EXPECT_EQ (plugin.getCurrentPresetIndex(), 127u);
+    plugin.selectPreset (0, true);
+    browser.previousPreset();
+    EXPECT_EQ (plugin.getCurrentPresetIndex(), 0u);
+}

@@ -1,0 +1,234 @@
+#include "engine/Quorlane.h"
+#include "framework/Resources.h"
+
+#include <juce_graphics/juce_graphics.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+// The committed skin and the images it names must agree: a strip of the wrong
+// height shows torn frames, a misspelt parameter leaves a dead knob.
+namespace
+{
+    std::unique_ptr<juce::XmlElement> loadSkin()
+    {
+        return juce::parseXML (Resources::getText ("skin.xml"));
+    }
+
+    juce::Image loadImage (const juce::String& fileName)
+    {
+        const auto data = Resources::getData (fileName);
+        return juce::ImageFileFormat::loadFrom (data.getData(), data.getSize());
+    }
+
+    juce::Rectangle<int> boundsOf (const juce::XmlElement& control)
+    {
+        const auto* pos = control.getChildByName ("pos");
+        const auto* size = control.getChildByName ("size");
+
+        if (pos == nullptr || size == nullptr)
+            return {};
+
+        return { pos->getIntAttribute ("left"), pos->getIntAttribute ("top"),
+                 size->getIntAttribute ("width"), size->getIntAttribute ("height") };
+    }
+
+    juce::String linkedParameter (const juce::XmlElement& control)
+    {
+        if (const auto* links = control.getChildByName ("links"))
+            if (const auto* link = links->getChildByName ("link"))
+                if (link->getStringAttribute ("as") == "connectedTo")
+                    return link->getStringAttribute ("param");
+
+        return {};
+    }
+
+    bool framesEqual (const juce::Image& strip, int frameHeight, int a, int b)
+    {
+        for (int y = 0; y < frameHeight; ++y)
+            for (int x = 0; x < strip.getWidth(); ++x)
+                if (strip.getPixelAt (x, a * frameHeight + y) != strip.getPixelAt (x, b * frameHeight + y))
+                    return false;
+
+        return true;
+    }
+
+    struct StripRule
+    {
+        int frames;
+        std::set<std::pair<int, int>> frameSizes;   // empty: any size
+    };
+
+    const std::map<juce::String, StripRule> stripRules {
+        { "Knob", { 61, { { 36, 34 }, { 28, 28 }, { 35, 35 }, { 37, 35 } } } },
+        { "Button", { 2, {} } },
+        { "Animation", { 12, { { 26, 89 } } } },
+    };
+}
+
+TEST (SkinArt, EveryImageHasTheGeometryTheSkinGivesIt)
+{
+    const auto skin = loadSkin();
+    ASSERT_NE (skin, nullptr);
+    EXPECT_EQ (skin->getTagName(), "PluginEditor");
+    EXPECT_EQ (skin->getStringAttribute ("application"), "Quorlane");
+
+    const auto background = loadImage (skin->getStringAttribute ("background"));
+    EXPECT_EQ (background.getBounds(), juce::Rectangle<int> (633, 207));
+
+    for (const auto* control : skin->getChildIterator())
+    {
+        const auto tag = control->getTagName();
+        const auto name = control->getStringAttribute ("name");
+        const auto* gfx = control->getChildByName ("gfx");
+        ASSERT_NE (gfx, nullptr) << name;
+
+        const auto strip = loadImage (gfx->getStringAttribute ("resource"));
+        ASSERT_TRUE (strip.isValid()) << name << ": no image " << gfx->getStringAttribute ("resource");
+
+        if (tag == "Display" || tag == "DisplayFloat")
+        {
+            EXPECT_EQ (strip.getBounds(), juce::Rectangle<int> (7, 1728)) << name;
+            EXPECT_EQ (gfx->getStringAttribute ("firstASCII"), " ") << name;
+            EXPECT_EQ (gfx->getIntAttribute ("fontHeight"), 9) << name;
+            EXPECT_GE (boundsOf (*control).getHeight(), 9) << name;
+            continue;
+        }
+
+        ASSERT_TRUE (stripRules.count (tag) > 0) << "unexpected element " << tag;
+        const auto& rule = stripRules.at (tag);
+        const int frames = gfx->getIntAttribute ("framesNum");
+        EXPECT_EQ (frames, rule.frames) << name;
+        ASSERT_GT (frames, 0) << name;
+
+        const int frameHeight = strip.getHeight() / frames;
+        EXPECT_EQ (strip.getHeight(), frames * frameHeight) << name << ": the strip does not divide into frames";
+        EXPECT_EQ (boundsOf (*control).getWidth(), strip.getWidth()) << name;
+        EXPECT_EQ (boundsOf (*control).getHeight(), frameHeight) << name;
+
+        if (! rule.frameSizes.empty())
+        {
+            EXPECT_EQ (rule.frameSizes.count ({ strip.getWidth(), frameHeight }), 1u)
+                << name << ": frame " << strip.getWidth() << " x " << frameHeight;
+        }
+
+        // A frame repeating its neighbour would make the control look stuck.
+        for (int frame = 1; frame < frames; ++frame)
+            EXPECT_FALSE (framesEqual (strip, frameHeight, frame - 1, frame)) << name << ": frame " << frame;
+    }
+}
+
+TEST (SkinArt, ControlsReachTheirParametersAndEvents)
+{
+    const auto skin = loadSkin();
+    ASSERT_NE (skin, nullptr);
+    Quorlane plugin;
+
+    std::map<juce::String, int> knobsPerParameter;
+    std::map<juce::String, const juce::XmlElement*> byName;
+    juce::StringArray events;
+
+    for (const auto* control : skin->getChildIterator())
+    {
+        const auto name = control->getStringAttribute ("name");
+        byName[name] = control;
+        const auto param = linkedParameter (*control);
+
+        if (param.isNotEmpty())
+        {
+            EXPECT_NE (plugin.getParameterManager().findParameter (param), nullptr) << name << " links unknown " << param;
+        }
+
+        if (control->getTagName() == "Knob")
+            ++knobsPerParameter[param];
+
+        if (const auto* actions = control->getChildByName ("actions"))
+            for (const auto* action : actions->getChildIterator())
+            {
+                const auto event = action->getStringAttribute ("event");
+                EXPECT_NE (plugin.getEventRegistry().getId (event), EventRegistry::unknownEvent) << name << ": " << event;
+                events.add (event);
+            }
+    }
+
+    for (const auto* p : plugin.getParameters())
+        EXPECT_EQ (knobsPerParameter[p->getName (100)], 1) << p->getName (100);
+
+    for (const auto* event : { "Options", "About", "Select next preset", "Select previous preset", "Browse presets",
+                               "Copy current preset", "Paste copied preset", "Store current preset", "Save Preset" })
+        EXPECT_TRUE (events.contains (event)) << "no button fires " << event;
+
+    for (const auto* name : { "PresetNameDisplay", "DecayTimeDisplay", "LeftVUMeter", "RightVUMeter" })
+        ASSERT_EQ (byName.count (name), 1u) << "no control named " << name;
+
+    const auto& presetName = *byName["PresetNameDisplay"];
+    const auto& decayTime = *byName["DecayTimeDisplay"];
+    EXPECT_EQ (presetName.getTagName(), "Display");
+    EXPECT_EQ (linkedParameter (presetName), "Current Preset Name");
+    EXPECT_NE (presetName.getStringAttribute ("readonly"), "yes");
+    EXPECT_EQ (decayTime.getTagName(), "DisplayFloat");
+    EXPECT_EQ (linkedParameter (decayTime), "Decay Time");
+    EXPECT_EQ (decayTime.getStringAttribute ("readonly"), "yes");
+    EXPECT_EQ (byName["LeftVUMeter"]->getTagName(), "Animation");
+    EXPECT_EQ (byName["RightVUMeter"]->getTagName(), "Animation");
+}
+
+TEST (SkinArt, ControlsLieInsideThePanelWithoutOverlapping)
+{
+    const auto skin = loadSkin();
+    ASSERT_NE (skin, nullptr);
+    const juce::Rectangle<int> panel (633, 207);
+    std::vector<std::pair<juce::String, juce::Rectangle<int>>> placed;
+
+    for (const auto* control : skin->getChildIterator())
+    {
+        const auto name = control->getStringAttribute ("name");
+        const auto bounds = boundsOf (*control);
+        EXPECT_FALSE (bounds.isEmpty()) << name;
+        EXPECT_TRUE (panel.contains (bounds)) << name << " at " << bounds.toString();
+
+        for (const auto& [other, otherBounds] : placed)
+            EXPECT_FALSE (bounds.intersects (otherBounds)) << name << " overlaps " << other;
+
+        placed.push_back ({ name, bounds });
+    }
+}
+
+TEST (SkinArt, FontHasADistinctLightGlyphForEveryPrintableAsciiCharacter)
+{
+    const auto font = loadImage ("Fonts.png");
+    ASSERT_EQ (font.getBounds(), juce::Rectangle<int> (7, 1728));
+    constexpr int cellHeight = 9;
+    const auto cell = [] (int code) { return code - 32; };
+
+    const auto litPixels = [&] (int code)
+    {
+        int lit = 0;
+
+        for (int y = 0; y < cellHeight; ++y)
+            for (int x = 0; x < font.getWidth(); ++x)
+            {
+                const auto c = font.getPixelAt (x, cell (code) * cellHeight + y);
+
+                if (c.getAlpha() > 0)
+                {
+                    ++lit;
+                    EXPECT_GT (c.getPerceivedBrightness(), 0.7f) << "glyph " << code << " is too dark for the display";
+                }
+            }
+
+        return lit;
+    };
+
+    EXPECT_EQ (litPixels (' '), 0);
+
+    for (int code = 33; code <= 126; ++code)
+    {
+        EXPECT_GE (litPixels (code), 3) << "no glyph for '" << (char) code << "'";
+
+        for (int other = 33; other < code; ++other)
+            EXPECT_FALSE (framesEqual (font, cellHeight, cell (code), cell (other)))
+                << "'" << (char) code << "' looks like '" << (char) other << "'";
+    }
+}

@@ -1,0 +1,106 @@
+#include "PanelArt.h"
+#include "SkinDocument.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <iostream>
+
+// quorlane-art draws the editor's images and writes skin.xml into the
+// resources folder; `make art` runs it. With --preview it also writes a
+// picture of the assembled panel for checking the look.
+namespace
+{
+    int fail (const juce::String& message)
+    {
+        std::cerr << "quorlane-art: " << message << std::endl;
+        return 1;
+    }
+
+    // Each file is written whole or not at all.
+    bool writeFile (const juce::File& target, const std::function<bool (juce::OutputStream&)>& write)
+    {
+        juce::TemporaryFile temporary (target);
+
+        {
+            juce::FileOutputStream stream (temporary.getFile());
+
+            if (! stream.openedOk() || ! write (stream))
+                return false;
+
+            stream.flush();
+
+            if (! stream.getStatus().wasOk())
+                return false;
+        }
+
+        return temporary.overwriteTargetFileWithTemporary();
+    }
+
+    bool writePng (const juce::File& target, const juce::Image& image)
+    {
+        return writeFile (target, [&] (juce::OutputStream& out) { return juce::PNGImageFormat().writeImageToStream (image, out); });
+    }
+
+    bool fontsInstalled()
+    {
+        const auto names = juce::Font::findAllTypefaceNames();
+        return names.contains ("Nimbus Sans Narrow") && names.contains ("URW Gothic");
+    }
+}
+
+int main (int argc, char* argv[])
+{
+    const juce::ScopedJuceInitialiser_GUI juce;
+
+    if (argc != 2 && ! (argc == 4 && juce::String (argv[2]) == "--preview"))
+        return fail ("usage: quorlane-art RESOURCES_FOLDER [--preview PREVIEW.png]");
+
+    const auto folder = juce::File::getCurrentWorkingDirectory().getChildFile (argv[1]);
+
+    if (! folder.isDirectory())
+        return fail (folder.getFullPathName() + " is not a folder");
+
+    // The images replace files of the same names, so only the plug-in's own
+    // resources folder is accepted.
+    const auto parameterDescription = folder.getChildFile ("parameters.xml");
+
+    if (! parameterDescription.existsAsFile())
+        return fail (folder.getFullPathName() + " is not Quorlane's resources folder (it has no parameters.xml)");
+
+    if (! fontsInstalled())
+        return fail ("the fonts \"Nimbus Sans Narrow\" and \"URW Gothic\" are missing (Debian package fonts-urw-base35)");
+
+    const auto art = drawPanelArt();
+
+    for (const auto& file : art)
+        if (! writePng (folder.getChildFile (file.fileName), file.image))
+            return fail ("cannot write " + folder.getChildFile (file.fileName).getFullPathName());
+
+    const auto skin = createSkinDocument();
+    const auto skinFile = folder.getChildFile ("skin.xml");
+
+    juce::XmlElement::TextFormat format;
+    format.lineWrapLength = 200;
+
+    if (! writeFile (skinFile, [&] (juce::OutputStream& out) { skin->writeTo (out, format); return true; }))
+        return fail ("cannot write " + skinFile.getFullPathName());
+
+    std::cout << "wrote " << art.size() << " images and skin.xml to " << folder.getFullPathName() << std::endl;
+
+    if (argc == 4)
+    {
+        const auto previewFile = juce::File::getCurrentWorkingDirectory().getChildFile (argv[3]);
+
+        const auto parameters = juce::parseXML (parameterDescription);
+
+        if (parameters == nullptr)
+            return fail ("cannot read " + parameterDescription.getFullPathName());
+
+        if (! writePng (previewFile, drawPanelPreview (art, *parameters)))
+            return fail ("cannot write " + previewFile.getFullPathName());
+
+        std::cout << "wrote " << previewFile.getFullPathName() << std::endl;
+    }
+
+    return 0;
+}
