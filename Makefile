@@ -4,15 +4,16 @@ SHELL := /bin/bash
 JOBS ?= 2
 DEBUG_DIR := build/debug
 RELEASE_DIR := build/release
+FUZZ_DIR := build/fuzz
 export CCACHE_BASEDIR := $(CURDIR)
 export CCACHE_NOHASHDIR := true
 
 DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modules-source \
-	fst-dev lv2-dev libgtest-dev libbenchmark-dev xvfb xauth
+	fst-dev lv2-dev libgtest-dev libbenchmark-dev xvfb xauth clang
 
 ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
 
-.PHONY: all deps debug release test demo install bench clean
+.PHONY: all deps debug release test fuzz demo install bench art clean
 
 all: release
 
@@ -41,9 +42,20 @@ debug: deps $(DEBUG_DIR)/build.ninja
 release: deps $(RELEASE_DIR)/build.ninja
 	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone
 
-# Every test suite, under a virtual display so editor tests can open windows.
+# Every test suite, under a virtual display so editor tests can open windows,
+# then a short run of each fuzzer.
 test: debug
 	cd $(DEBUG_DIR) && xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j 1
+	@$(MAKE) --no-print-directory fuzz
+
+# The fuzzers need clang and an instrumented build of their own.
+$(FUZZ_DIR)/build.ninja: | deps
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+		-DQUORLANE_BUILD_FUZZERS=ON -DQUORLANE_BUILD_TESTS=OFF -DQUORLANE_BUILD_BENCHMARKS=OFF
+
+fuzz: deps $(FUZZ_DIR)/build.ninja
+	cmake --build $(FUZZ_DIR) -j $(JOBS) --target quorlane_fuzzers
+	cd $(FUZZ_DIR) && ctest --output-on-failure -j 1
 
 install: release
 	@mkdir -p $(HOME)/.vst $(HOME)/.vst3 $(HOME)/.lv2
@@ -68,6 +80,13 @@ bench: deps
 	cmake -S . -B $(RELEASE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUORLANE_BUILD_TESTS=OFF
 	cmake --build $(RELEASE_DIR) -j $(JOBS) --target quorlane_bench
 	$(RELEASE_DIR)/bench/quorlane_bench --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
+
+# Redraws the editor's images and skin.xml into resources/ (they are committed)
+# and leaves a picture of the assembled panel in build/debug/panel-preview.png.
+art: DEBIAN_PACKAGES += fonts-urw-base35
+art: deps $(DEBUG_DIR)/build.ninja
+	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane-art
+	$(DEBUG_DIR)/bin/quorlane-art resources --preview $(DEBUG_DIR)/panel-preview.png
 
 clean:
 	rm -rf build

@@ -224,13 +224,24 @@ RenderOptions parseCommandLine (const juce::StringArray& arguments)
         {
             options.listParameters = true;
         }
+        else if (reader.is (nullptr, "--preset"))
+        {
+            options.plugin.preset = reader.value().trim();
+
+            if (options.plugin.preset.isEmpty())
+                fail ("--preset needs a factory preset's name or a preset file");
+        }
+        else if (reader.is (nullptr, "--list-presets"))
+        {
+            options.listPresets = true;
+        }
         else
         {
             fail ("unknown option " + reader.argument());
         }
 
         if (reader.hasAttachedValue() && (reader.is ("-h", "--help") || reader.is ("-f", "--force")
-                                          || reader.is (nullptr, "--list-parameters")))
+                                          || reader.is (nullptr, "--list-parameters") || reader.is (nullptr, "--list-presets")))
             fail (reader.argument() + " takes no value");
     }
 
@@ -242,12 +253,17 @@ RenderOptions parseCommandLine (const juce::StringArray& arguments)
         options.output = resolve (outputPath);
         options.outputIsFolder = options.inputs.size() > 1 || outputPath.endsWithChar ('/') || options.output->isDirectory();
     }
+    else if (options.inputs.size() == 2 && options.inputs[0].existsAsFile() && ! options.inputs[1].exists())
+    {
+        // "INPUT OUTPUT": a second name that does not exist yet can only be where the render goes.
+        options.output = options.inputs.removeAndReturn (1);
+    }
 
     const bool hasWork = ! options.inputs.isEmpty() || options.measuresDecay()
-                         || options.demoPhraseFile.has_value() || options.listParameters;
+                         || options.demoPhraseFile.has_value() || options.listParameters || options.listPresets;
 
     if (! hasWork && ! options.showHelp)
-        fail ("nothing to do: give input files, --ir, --plot, --make-demo-phrase or --list-parameters");
+        fail ("nothing to do: give input files, --ir, --plot, --make-demo-phrase, --list-parameters or --list-presets");
 
     return options;
 }
@@ -255,6 +271,7 @@ RenderOptions parseCommandLine (const juce::StringArray& arguments)
 juce::String helpText()
 {
     return R"(Usage: quorlane-render [options] INPUT...
+       quorlane-render [options] INPUT OUTPUT
        quorlane-render [options] --ir RESPONSE.wav [--plot DECAY.png]
        quorlane-render --make-demo-phrase FILE.wav
 
@@ -270,13 +287,19 @@ Where the output goes
                           in under the input's name. With several inputs: a
                           folder, created if missing; each output keeps its
                           input's name. Without -o, each output is written
-                          beside its input as NAME-quorlane.EXT.
+                          beside its input as NAME-quorlane.EXT; with
+                          exactly two names, a second one that does not
+                          exist yet is the output file.
   -f, --force             Replace outputs that already exist. Without it an
                           existing file is an error and is left untouched.
                           Outputs are written under a temporary name and
                           only put in place once complete.
 
 Settings
+  --preset NAME|FILE      Start from a factory preset (its name, in any case,
+                          as --list-presets shows it; quote names with
+                          spaces) or from a preset file (.qlprs). Without
+                          it every parameter starts at its default.
   --set "NAME=VALUE"      Set a parameter to a normalised value from 0 to 1;
                           repeat for more. Names as --list-parameters shows
                           them, e.g. --set "Late Size=0.8" --set FX=1.
@@ -286,6 +309,7 @@ Settings
                           below -90 dBFS for half a second, after at most 60 s.
   --list-parameters       Print every parameter with its value and text at
                           the given settings.
+  --list-presets          Print the factory presets by group.
 
 Decay measurement
   --ir FILE               Render the impulse response at the given settings
@@ -308,6 +332,7 @@ Other
 
 Examples
   quorlane-render vocal.wav -o vocal-hall.wav --set "Late Size=0.8"
+  quorlane-render --preset "Concert hall" vocal.wav vocal-hall.wav
   quorlane-render takes/*.wav -o wet/ --set FX=0.4 --quality high
   quorlane-render --set "Late Feedback=0.7" --set FX=1 --ir hall.wav --plot hall.png
 

@@ -21,6 +21,7 @@ struct RenderOptions
     double impulseSampleRate = 48000.0;
     std::optional<juce::File> demoPhraseFile;
     bool listParameters = false;
+    bool listPresets = false;
     bool showHelp = false;
 
     bool measuresDecay() const { return impulseResponseFile.has_value() || plotFile.has_value(); }

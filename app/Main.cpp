@@ -3,6 +3,7 @@
 #include "DecayPlot.h"
 #include "DemoPhrase.h"
 #include "FileRenderer.h"
+#include "PresetChoice.h"
 #include "ImpulseResponse.h"
 #include "RenderErrors.h"
 #include "engine/Quorlane.h"
@@ -58,6 +59,9 @@ namespace
 
             if (options.listParameters)
                 std::cout << describeParameters (plugin);
+
+            if (options.listPresets)
+                std::cout << listFactoryPresets (plugin);
         }
 
         AudioFiles files;

@@ -1,5 +1,6 @@
 #include "PluginSettings.h"
 
+#include "PresetChoice.h"
 #include "RenderErrors.h"
 #include "engine/Quorlane.h"
 
@@ -9,7 +10,7 @@ namespace
     {
         for (int i = 0; i < BasePlugin::hostParameterCount; ++i)
             if (plugin.getHostParameterName (i).equalsIgnoreCase (name.trim()))
-                return plugin.getParameter ((uint32_t) i);
+                return plugin.getPluginParameter ((uint32_t) i);
 
         return nullptr;
     }
@@ -28,6 +29,8 @@ namespace
 
 void applySettings (Quorlane& plugin, const PluginSettings& settings)
 {
+    applyPresetChoice (plugin, settings.preset);
+
     for (const auto& value : settings.values)
     {
         auto* parameter = findHostParameter (plugin, value.name);

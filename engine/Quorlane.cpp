@@ -52,20 +52,20 @@ void Quorlane::publishDecayTime()
     if (reverb == nullptr)
         return;
 
-    if (auto* decayTime = getParameter (decayTimeIndex))
+    if (auto* decayTime = getPluginParameter (decayTimeIndex))
         decayTime->setValue ((float) reverb->getDecayEstimateSeconds(), true);
 }
 
-juce::String Quorlane::getParameterText (int index, float normalisedValue) const
+juce::String Quorlane::getParameterDisplayText (int index, float normalisedValue) const
 {
     if (index >= 0 && index < hostParameterCount)
         return quorlaneParameterText (index, normalisedValue);
 
     if (index == (int) decayTimeIndex)
-        if (const auto* decayTime = dynamic_cast<const FloatParameter*> (getParameter (decayTimeIndex)))
+        if (const auto* decayTime = dynamic_cast<const FloatParameter*> (getPluginParameter (decayTimeIndex)))
             return juce::String (juce::jlimit (0.0f, 1.0f, normalisedValue) * decayTime->getMaximum(), 2) + "s";
 
-    return CorvelleEffect::getParameterText (index, normalisedValue);
+    return CorvelleEffect::getParameterDisplayText (index, normalisedValue);
 }
 
 double Quorlane::getTailLengthSeconds() const

@@ -15,8 +15,9 @@ public:
     ~Quorlane() override;
 
     juce::String getPluginName() const override { return "Quorlane"; }
+    juce::String getShortCode() const override { return "QL"; }
 
-    juce::String getParameterText (int index, float normalisedValue) const override;
+    juce::String getParameterDisplayText (int index, float normalisedValue) const override;
 
     double getTailLengthSeconds() const override;
 

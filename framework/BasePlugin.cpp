@@ -1,6 +1,8 @@
 #include "BasePlugin.h"
 
 #include "HostParameter.h"
+#include "Resources.h"
+#include "XmlReading.h"
 
 namespace
 {
@@ -17,6 +19,21 @@ namespace
 
         return id.isNotEmpty() ? id : "parameter_" + juce::String (index + 1);
     }
+
+    // The framing of AudioProcessor::copyXmlToBinary: a magic number, the
+    // text's length and the text, read here through the guarded parser.
+    constexpr uint32_t xmlChunkMagic = 0x21324356;
+
+    std::unique_ptr<juce::XmlElement> xmlFromChunk (const void* data, int sizeInBytes)
+    {
+        if (data == nullptr || sizeInBytes <= 8 || juce::ByteOrder::littleEndianInt (data) != xmlChunkMagic)
+            return nullptr;
+
+        const auto textLength = juce::ByteOrder::littleEndianInt (juce::addBytesToPointer (data, 4));
+        const auto available = (uint32_t) sizeInBytes - 8;
+        const auto* text = static_cast<const char*> (data) + 8;
+        return parseXmlUtf8 (text, juce::jmin (textLength, available));
+    }
 }
 
 BasePlugin::BasePlugin()
@@ -25,6 +42,7 @@ BasePlugin::BasePlugin()
 {
     parameterManager.load ("parameters.xml");
     createHostParameters();
+    buildEventRegistry();
 }
 
 BasePlugin::~BasePlugin()
@@ -37,7 +55,7 @@ void BasePlugin::createHostParameters()
 {
     for (int i = 0; i < hostParameterCount; ++i)
     {
-        const auto* p = getParameter ((uint32_t) i);
+        const auto* p = getPluginParameter ((uint32_t) i);
         auto hostParameter = std::make_unique<HostParameter> (*this, i,
                                                               identifierFor (p != nullptr ? p->getName() : juce::String(), i),
                                                               getHostParameterValue (i));
@@ -68,7 +86,7 @@ juce::String BasePlugin::getHostParameterName (int index) const
     if (! parameterManager.hasParameter ((uint32_t) index))
         return "Parameter " + juce::String (index + 1);
 
-    const auto* p = getParameter ((uint32_t) index);
+    const auto* p = getPluginParameter ((uint32_t) index);
     return p != nullptr ? p->getName() : juce::String();
 }
 
@@ -85,7 +103,7 @@ juce::String BasePlugin::getHostParameterText (int index, float normalisedValue)
     if (! parameterManager.hasParameter ((uint32_t) index))
         return juce::String (normalisedValue, 9);
 
-    return getParameterText (index, normalisedValue);
+    return getParameterDisplayText (index, normalisedValue);
 }
 
 float BasePlugin::getHostParameterValue (int index) const
@@ -96,7 +114,7 @@ float BasePlugin::getHostParameterValue (int index) const
     if (! parameterManager.hasParameter ((uint32_t) index))
         return fallbackValues[(size_t) index].load();
 
-    const auto* p = getParameter ((uint32_t) index);
+    const auto* p = getPluginParameter ((uint32_t) index);
     return p != nullptr ? p->getNormalisedValue() : 0.0f;
 }
 
@@ -105,7 +123,7 @@ void BasePlugin::setHostParameterValue (int index, float normalisedValue)
     if (index < 0 || index >= hostParameterCount)
         return;
 
-    if (auto* p = getParameter ((uint32_t) index))
+    if (auto* p = getPluginParameter ((uint32_t) index))
     {
         const auto previous = indexBeingSetByHost;
         indexBeingSetByHost = index;
@@ -120,7 +138,7 @@ void BasePlugin::setHostParameterValue (int index, float normalisedValue)
 
 float BasePlugin::getHostParameterValueForText (int index, const juce::String& text) const
 {
-    const auto* p = index >= 0 && index < hostParameterCount ? getParameter ((uint32_t) index) : nullptr;
+    const auto* p = index >= 0 && index < hostParameterCount ? getPluginParameter ((uint32_t) index) : nullptr;
 
     if (p == nullptr)
         return juce::jlimit (0.0f, 1.0f, text.getFloatValue());
@@ -130,9 +148,9 @@ float BasePlugin::getHostParameterValueForText (int index, const juce::String& t
     return scratch->getNormalisedValue();
 }
 
-juce::String BasePlugin::getParameterText (int index, float normalisedValue) const
+juce::String BasePlugin::getParameterDisplayText (int index, float normalisedValue) const
 {
-    const auto* p = getParameter ((uint32_t) index);
+    const auto* p = getPluginParameter ((uint32_t) index);
 
     if (p == nullptr)
         return {};
@@ -176,9 +194,13 @@ bool BasePlugin::restoreState (const juce::XmlElement& state)
     return true;
 }
 
-bool BasePlugin::restoreStateElement (const juce::XmlElement&)
+bool BasePlugin::restoreStateElement (const juce::XmlElement& element)
 {
-    return false;
+    if (! MidiControl::acceptsElement (element))
+        return false;
+
+    midiControl.readMap (element);
+    return true;
 }
 
 void BasePlugin::getStateInformation (juce::MemoryBlock& destData)
@@ -189,16 +211,128 @@ void BasePlugin::getStateInformation (juce::MemoryBlock& destData)
 
 void BasePlugin::setStateInformation (const void* data, int sizeInBytes)
 {
-    if (data == nullptr || sizeInBytes <= 0)
-        return;
-
-    if (auto state = getXmlFromBinary (data, sizeInBytes))
+    if (auto state = xmlFromChunk (data, sizeInBytes))
         restoreState (*state);
 }
 
 //==============================================================================
-void BasePlugin::handleControllerMessage (const juce::MidiMessage&) {}
+// <ResourcesSettings><MidiCCMap file="..."/></ResourcesSettings>: the map
+// file a new instance starts with. The presets write their own element into
+// the same ResourcesSettings, so it is looked up before it is created.
+void BasePlugin::readUserSettings (const juce::XmlElement& settings)
+{
+    for (auto* resources : settings.getChildIterator())
+    {
+        if (resources->getTagName() != "ResourcesSettings")
+            continue;
+
+        for (auto* map : resources->getChildIterator())
+        {
+            const auto path = map->getStringAttribute ("file");
+
+            if (map->getTagName() == "MidiCCMap" && (path.isEmpty() || juce::File::isAbsolutePath (path)))
+                defaultMidiMapPath = path;
+        }
+    }
+
+    if (defaultMidiMapPath.isNotEmpty())
+        midiControl.loadFile (juce::File (defaultMidiMapPath));
+}
+
+void BasePlugin::writeUserSettings (juce::XmlElement& settings)
+{
+    auto* resources = settings.getChildByName ("ResourcesSettings");
+
+    if (resources == nullptr)
+        resources = settings.createNewChildElement ("ResourcesSettings");
+
+    resources->createNewChildElement ("MidiCCMap")->setAttribute ("file", defaultMidiMapPath);
+}
+
+juce::File BasePlugin::getDefaultMidiMapFile() const
+{
+    return defaultMidiMapPath.isNotEmpty() ? juce::File (defaultMidiMapPath) : juce::File();
+}
+
+void BasePlugin::setDefaultMidiMapFile (const juce::File& file)
+{
+    defaultMidiMapPath = file.getFullPathName();
+    saveUserSettings();
+}
+
+bool BasePlugin::isUserSettings (const juce::XmlElement& element) const
+{
+    return element.getTagName() == "UserSettings" && element.getStringAttribute ("application") == getPluginName();
+}
+
+// $XDG_CONFIG_HOME/<name>/<name>.ini, or ~/.config/<name>/<name>.ini. JUCE's
+// own config folder looks only at ~/.config/user-dirs.dirs, never at the
+// environment, so the variable is read here; a relative value is ignored, as
+// the XDG rules ask.
+juce::File BasePlugin::getUserSettingsFile() const
+{
+    const auto configHome = juce::SystemStats::getEnvironmentVariable ("XDG_CONFIG_HOME", {});
+    const auto folder = juce::File::isAbsolutePath (configHome)
+                            ? juce::File (configHome)
+                            : juce::File::getSpecialLocation (juce::File::userApplicationDataDirectory);
+
+    return folder.getChildFile (getPluginName())
+        .getChildFile (getPluginName() + ".ini");
+}
+
+bool BasePlugin::loadUserSettings()
+{
+    const auto settings = parseXmlFile (getUserSettingsFile());
+
+    if (settings == nullptr || ! isUserSettings (*settings))
+        return false;
+
+    readUserSettings (*settings);
+    return true;
+}
+
+bool BasePlugin::saveUserSettings()
+{
+    juce::XmlElement settings ("UserSettings");
+    settings.setAttribute ("application", getPluginName());
+    writeUserSettings (settings);
+
+    const auto file = getUserSettingsFile();
+
+    if (! file.getParentDirectory().createDirectory())
+        return false;
+
+    juce::XmlElement::TextFormat format;
+    format.customEncoding = "UTF-8";
+    return settings.writeTo (file, format);
+}
+
+//==============================================================================
+void BasePlugin::handleControllerMessage (const juce::MidiMessage& message)
+{
+    midiControl.handleMessage (message);
+}
 
 int BasePlugin::getNumPresets() const { return 0; }
 
 void BasePlugin::selectPresetFromProgramChange (int) {}
+
+//==============================================================================
+// A product may add its own events in "events.xml"; the framework's fixed
+// events are registered last so that they keep their ids.
+void BasePlugin::buildEventRegistry()
+{
+    eventRegistry.clear();
+
+    if (const auto events = juce::parseXML (Resources::getText ("events.xml")))
+        eventRegistry.merge (*events);
+
+    eventRegistry.registerFixedEvents();
+}
+
+void BasePlugin::handleEvent (int) {}
+
+juce::AudioProcessorParameter* BasePlugin::getHostParameter (int index) const
+{
+    return index >= 0 && index < hostParameterCount ? hostParameters[(size_t) index] : nullptr;
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "EventRegistry.h"
+#include "MidiControl.h"
 #include "Parameter.h"
 #include "ParameterManager.h"
 
@@ -29,7 +31,8 @@ public:
     virtual juce::String getPluginName() const = 0;
 
     ParameterManager& getParameterManager() noexcept { return parameterManager; }
-    Parameter* getParameter (uint32_t index) const { return parameterManager.getParameter (index); }
+    const ParameterManager& getParameterManager() const noexcept { return parameterManager; }
+    Parameter* getPluginParameter (uint32_t index) const { return parameterManager.getParameter (index); }
 
     // The host's view of parameters 0..19; indices from 20 on answer "" or 0.
     juce::String getHostParameterName (int index) const;
@@ -41,7 +44,7 @@ public:
 
     // The text shown for a parameter at a value; products override it with
     // their own units. The default is the parameter's own text.
-    virtual juce::String getParameterText (int index, float normalisedValue) const;
+    virtual juce::String getParameterDisplayText (int index, float normalisedValue) const;
 
     // State chunk: a PluginState document whose children each class of the
     // chain contributes, base first.
@@ -49,11 +52,42 @@ public:
     bool isPluginState (const juce::XmlElement& element) const;
     bool restoreState (const juce::XmlElement& state);
 
-    // Hooks of the processing frame for MIDI: controller messages and program
-    // changes. The base ignores both and has no presets.
+    // User settings: the ".ini" document (root UserSettings) in the user's
+    // settings folder, shared by every instance. Each class of the chain reads
+    // and writes its own children, base first. A missing or foreign file
+    // leaves every setting as it is.
+    virtual void readUserSettings (const juce::XmlElement& settings);
+    virtual void writeUserSettings (juce::XmlElement& settings);
+    bool isUserSettings (const juce::XmlElement& element) const;
+    bool loadUserSettings();
+    bool saveUserSettings();
+    juce::File getUserSettingsFile() const;
+
+    // The controller map and its learn mode, built with the parameter list.
+    MidiControl& getMidiControl() noexcept { return midiControl; }
+
+    // A map file that every new instance starts with (none when the path is
+    // empty); a project's own map replaces it when the project is restored.
+    // Reading the user settings loads it, so they are read once, at start.
+    // Setting it saves the user settings.
+    juce::File getDefaultMidiMapFile() const;
+    void setDefaultMidiMapFile (const juce::File& file);
+
+    // Hooks of the processing frame for MIDI: controller messages go to the
+    // controller map; program changes select presets, of which the base has none.
     virtual void handleControllerMessage (const juce::MidiMessage& message);
     virtual int getNumPresets() const;
     virtual void selectPresetFromProgramChange (int program);
+
+    // Editor events by name and id, built at construction; the skin reads it.
+    const EventRegistry& getEventRegistry() const noexcept { return eventRegistry; }
+
+    // The plug-in's share of the editor's events (the preset operations); the
+    // base has none.
+    virtual void handleEvent (int eventId);
+
+    // What the host sees of parameter 0..19, for gesture reports; null otherwise.
+    juce::AudioProcessorParameter* getHostParameter (int index) const;
 
     //==============================================================================
     const juce::String getName() const override { return getPluginName(); }
@@ -83,10 +117,14 @@ protected:
 private:
     void parameterAdded (Parameter& parameter) override;
     void createHostParameters();
+    void buildEventRegistry();
 
     ParameterManager parameterManager { this };
+    MidiControl midiControl { parameterManager, [this] { return getPluginName(); } };
+    juce::String defaultMidiMapPath;
     std::array<std::atomic<float>, numFallbackValues> fallbackValues {};
     std::array<HostParameter*, hostParameterCount> hostParameters {};
+    EventRegistry eventRegistry;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (BasePlugin)
 };

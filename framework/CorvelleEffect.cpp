@@ -1,5 +1,9 @@
 #include "CorvelleEffect.h"
 
+#include "CorePresetChanger.h"
+
+#include "editor/QuorlaneEditor.h"
+
 #include <cmath>
 
 namespace
@@ -16,10 +20,20 @@ void CorvelleEffect::initialise()
     qualityParameter = getParameterManager().findParameter ("Quality");
     clocks.add (new Clock());
 
+    // The changer is bound to one core, so it goes before that core does.
+    setPresetChanger (nullptr);
+    presetChanger.reset();
+
     {
         auto newCore = createCore();
         const juce::ScopedLock sl (processingLock);
         core = std::move (newCore);
+    }
+
+    if (core != nullptr)
+    {
+        presetChanger = std::make_unique<CorePresetChanger> (*this, *core);
+        setPresetChanger (presetChanger.get());
     }
 
     if (core != nullptr)
@@ -32,6 +46,11 @@ void CorvelleEffect::initialise()
         core->setQuality ((unsigned) getCurrentQualityStep());
         setLatencySamples (core->getLatency());
     }
+
+    // Called at the end of the product's constructor, so every class of the
+    // chain reads its own settings.
+    loadUserSettings();
+    initialisePresets();
 
     if (supportsQuality() && qualityParameter != nullptr)
         qualityParameter->setNormalisedValue ((float) defaultQuality * qualityStepSize, true);
@@ -79,6 +98,37 @@ void CorvelleEffect::parameterChanged (Parameter& parameter)
     }
 
     BasePluginOldStyle::parameterChanged (parameter);
+}
+
+void CorvelleEffect::setDefaultQuality (int step)
+{
+    if (step < 0 || step >= numQualitySteps)
+        return;
+
+    defaultQuality = step;
+    saveUserSettings();
+}
+
+void CorvelleEffect::readUserSettings (const juce::XmlElement& settings)
+{
+    BasePluginOldStyle::readUserSettings (settings);
+
+    for (auto* child : settings.getChildIterator())
+    {
+        if (child->getTagName() != "QualitySettings")
+            continue;
+
+        const int step = qualityStepForKeyword (child->getStringAttribute ("default"));
+
+        if (step >= 0)
+            defaultQuality = step;
+    }
+}
+
+void CorvelleEffect::writeUserSettings (juce::XmlElement& settings)
+{
+    BasePluginOldStyle::writeUserSettings (settings);
+    settings.createNewChildElement ("QualitySettings")->setAttribute ("default", qualityKeyword (defaultQuality));
 }
 
 //==============================================================================
@@ -134,7 +184,7 @@ void CorvelleEffect::releaseResources()
 
 juce::AudioProcessorEditor* CorvelleEffect::createEditor()
 {
-    return new juce::GenericAudioProcessorEditor (*this);
+    return new QuorlaneEditor (*this);
 }
 
 void CorvelleEffect::synchroniseClocks()

@@ -27,17 +27,28 @@ public:
     virtual bool supportsQuality() const { return true; }
     virtual bool isQualityLocked() const { return false; }
 
+    // Silent preset changes fade the core's output around the change.
+    bool supportsSilentPresetChange() const override { return true; }
+
     static int qualityStepFor (float normalisedValue) noexcept;
     static juce::String qualityKeyword (int step);
     static int qualityStepForKeyword (const juce::String& keyword); // -1 when unknown
 
     int getCurrentQualityStep() const;
     int getDefaultQuality() const noexcept { return defaultQuality; }
+    // The user's choice for new instances (0..3; anything else is ignored).
+    // It is saved in the user settings at once; the current quality, a
+    // per-project setting, stays as it is.
+    void setDefaultQuality (int step);
 
     Core* getCore() const noexcept { return core.get(); }
     juce::CriticalSection& getProcessingLock() noexcept { return processingLock; }
 
     std::unique_ptr<juce::XmlElement> buildState() override;
+
+    // <QualitySettings default="low|medium|high|highest"/> in the user settings.
+    void readUserSettings (const juce::XmlElement& settings) override;
+    void writeUserSettings (juce::XmlElement& settings) override;
 
     //==============================================================================
     void prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock) override;
@@ -72,6 +83,7 @@ private:
     juce::OwnedArray<Clock> clocks;
     std::unique_ptr<Core> core;
     juce::CriticalSection processingLock;
+    std::unique_ptr<BasePluginOldStyle::PresetChanger> presetChanger; // after the lock: it takes it when destroyed
 
     Parameter* qualityParameter = nullptr;
 

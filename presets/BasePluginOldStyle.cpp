@@ -1,13 +1,696 @@
 #include "BasePluginOldStyle.h"
 
+#include "CaseInsensitiveXml.h"
+#include "Preset.h"
+#include "PresetBank.h"
 #include "PresetValueText.h"
+#include "framework/IntParameter.h"
+#include "framework/Resources.h"
+#include "framework/XmlReading.h"
+#include "framework/StringParameter.h"
 
-BasePluginOldStyle::BasePluginOldStyle() = default;
+namespace
+{
+    const char* const defaultPresetsKeywords[] = { "factoryPresets", "clearPresets", "userDefinedPresets" };
 
+    bool isMessageThread()
+    {
+        return juce::MessageManager::existsAndIsCurrentThread();
+    }
+
+    bool isValidSlot (int index) { return index >= 0 && index < BasePluginOldStyle::numSlots; }
+
+    bool writeDocument (const juce::XmlElement& element, const juce::File& file)
+    {
+        juce::XmlElement::TextFormat format;
+        format.customEncoding = "UTF-8";
+        return element.writeTo (file, format);
+    }
+
+    juce::XmlElement& getOrCreateChild (juce::XmlElement& parent, const juce::String& tag)
+    {
+        if (auto* child = parent.getChildByName (tag))
+            return *child;
+
+        return *parent.createNewChildElement (tag);
+    }
+}
+
+// Carries what a change made off the message thread must still do there.
+class BasePluginOldStyle::MessageThreadReport : public juce::AsyncUpdater
+{
+public:
+    explicit MessageThreadReport (BasePluginOldStyle& o) : owner (o) {}
+    ~MessageThreadReport() override { cancelPendingUpdate(); }
+
+    void presetApplied() noexcept { applied = true; triggerAsyncUpdate(); }
+    void bankChanged() noexcept { changed = true; triggerAsyncUpdate(); }
+
+private:
+    void handleAsyncUpdate() override
+    {
+        if (changed.exchange (false))
+            owner.reportBankChanged();
+
+        if (applied.exchange (false))
+        {
+            owner.publishCurrentPreset (true);
+            owner.reportPresetApplied();
+        }
+    }
+
+    BasePluginOldStyle& owner;
+    std::atomic<bool> applied { false }, changed { false };
+};
+
+BasePluginOldStyle::BasePluginOldStyle()
+    : report (std::make_unique<MessageThreadReport> (*this))
+{
+    auto number = std::make_unique<IntParameter> (currentPresetNumberIndex, "Current Preset Number", 0, numSlots - 1, 0);
+    auto name = std::make_unique<StringParameter> (currentPresetNameIndex, "Current Preset Name", juce::String(), presetNameLength);
+    presetNumberParameter = number.get();
+    presetNameParameter = name.get();
+    getParameterManager().addParameter (std::move (number), true);
+    getParameterManager().addParameter (std::move (name), true);
+
+    defaultPreset.values = liveValues();
+    copyBuffer.values = defaultPreset.values;
+
+    for (auto& slot : bank.slots)
+        slot.values = defaultPreset.values;
+
+    bank.groups = { { PresetBankRecord::unusedGroupName, numSlots } };
+}
+
+BasePluginOldStyle::~BasePluginOldStyle() = default;
+
+//==============================================================================
+void BasePluginOldStyle::initialisePresets()
+{
+    if (auto element = parseXmlText (Resources::getText ("default" + getPresetFileExtension())))
+    {
+        auto record = getDefaultPreset();
+
+        if (Preset::read (*element, record, getParameterManager(), getPluginName()))
+        {
+            const juce::ScopedLock sl (slotLock);
+            defaultPreset = record;
+        }
+    }
+
+    fillBankFromDefaults();
+    applyCurrentPreset();
+}
+
+void BasePluginOldStyle::fillBankFromDefaults()
+{
+    switch (getDefaultPresetsMode())
+    {
+        case clearPresets:
+            resetBank();
+            return;
+
+        case userDefinedPresets:
+        {
+            // A path that is empty, missing, a folder or unreadable falls back to the factory bank.
+            const auto file = getDefaultPresetsFile();
+            const auto element = file.existsAsFile() ? parseXmlFile (file) : nullptr;
+
+            if (element != nullptr && readBankElement (*element))
+            {
+                lastBankFolder = file.getParentDirectory();
+                return;
+            }
+
+            break;
+        }
+
+        default:
+            break;
+    }
+
+    loadFactoryBank();
+}
+
+//==============================================================================
+bool BasePluginOldStyle::selectPreset (int index, bool notify)
+{
+    if (! isValidSlot (index))
+        return false;
+
+    currentPreset = (unsigned) index;
+    publishCurrentPreset (notify);
+    return true;
+}
+
+void BasePluginOldStyle::applyCurrentPreset()
+{
+    const auto slot = getSlot ((int) getCurrentPresetIndex());
+
+    if (! slot.has_value())
+        return;
+
+    setParameterValues (slot->values);
+    publishCurrentPreset (true);
+    reportPresetApplied();
+}
+
+void BasePluginOldStyle::applyCurrentPresetValues()
+{
+    std::array<float, numPresetableParameters> values;
+
+    {
+        const juce::ScopedLock sl (slotLock);
+        values = bank.slots[getCurrentPresetIndex() % numSlots].values;
+    }
+
+    setParameterValues (values);
+    presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), true);
+    report->presetApplied();
+}
+
+void BasePluginOldStyle::changeToPreset (int index)
+{
+    if (isValidSlot (index))
+    {
+        currentPreset = (unsigned) index;
+        changeToCurrentPreset();
+    }
+}
+
+void BasePluginOldStyle::selectNextPreset()
+{
+    changeToPreset ((int) getCurrentPresetIndex() + 1);
+}
+
+void BasePluginOldStyle::selectPreviousPreset()
+{
+    changeToPreset ((int) getCurrentPresetIndex() - 1);
+}
+
+void BasePluginOldStyle::changeToCurrentPreset()
+{
+    if (getChangingType() == silentChange && presetChanger != nullptr)
+        presetChanger->changePreset();
+    else
+        applyCurrentPreset();
+}
+
+// Audio thread: nothing here allocates; the name follows on the message thread.
+void BasePluginOldStyle::selectPresetFromProgramChange (int program)
+{
+    if (! isValidSlot (program))
+        return;
+
+    currentPreset = (unsigned) program;
+
+    if (getChangingType() == silentChange && presetChanger != nullptr)
+    {
+        presetNumberParameter->setIntValue (program, true);
+        presetChanger->changePreset();
+    }
+    else
+    {
+        applyCurrentPresetValues();
+    }
+}
+
+void BasePluginOldStyle::setParameterValues (const std::array<float, numPresetableParameters>& values)
+{
+    for (int i = 0; i < numPresetableParameters; ++i)
+        if (auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
+            p->setNormalisedValue (values[(size_t) i], true);
+}
+
+std::array<float, BasePluginOldStyle::numPresetableParameters> BasePluginOldStyle::liveValues() const
+{
+    std::array<float, numPresetableParameters> values {};
+
+    for (int i = 0; i < numPresetableParameters; ++i)
+        if (const auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
+            values[(size_t) i] = p->getNormalisedValue();
+
+    return values;
+}
+
+void BasePluginOldStyle::publishCurrentPreset (bool notify)
+{
+    presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), notify);
+    presetNameParameter->setText (getCurrentPresetName(), notify);
+}
+
+void BasePluginOldStyle::reportPresetApplied()
+{
+    if (isMessageThread())
+        listeners.call ([this] (PresetManagerListener& l) { l.presetApplied (*this); });
+    else
+        report->presetApplied();
+}
+
+void BasePluginOldStyle::reportBankChanged()
+{
+    if (isMessageThread())
+        listeners.call ([this] (PresetManagerListener& l) { l.presetBankChanged (*this); });
+    else
+        report->bankChanged();
+}
+
+void BasePluginOldStyle::addPresetManagerListener (PresetManagerListener* listener) { listeners.add (listener); }
+
+void BasePluginOldStyle::removePresetManagerListener (PresetManagerListener* listener) { listeners.remove (listener); }
+
+//==============================================================================
+juce::String BasePluginOldStyle::getSlotName (int index) const
+{
+    const auto slot = getSlot (index);
+    return slot.has_value() ? slot->name : juce::String();
+}
+
+std::optional<PresetRecord> BasePluginOldStyle::getSlot (int index) const
+{
+    if (! isValidSlot (index))
+        return std::nullopt;
+
+    const juce::ScopedLock sl (slotLock);
+    return bank.slots[(size_t) index];
+}
+
+void BasePluginOldStyle::renameSlot (int index, const juce::String& name)
+{
+    if (! isValidSlot (index))
+        return;
+
+    {
+        const juce::ScopedLock sl (slotLock);
+        bank.slots[(size_t) index].name = name;
+    }
+
+    if (index == (int) getCurrentPresetIndex())
+        presetNameParameter->setText (name, true);
+
+    reportBankChanged();
+}
+
+void BasePluginOldStyle::storeSlot (int index)
+{
+    if (! isValidSlot (index))
+        return;
+
+    const auto values = liveValues();
+
+    {
+        const juce::ScopedLock sl (slotLock);
+        bank.slots[(size_t) index].values = values;
+    }
+
+    reportBankChanged();
+}
+
+void BasePluginOldStyle::copyCurrentPreset()
+{
+    const auto values = liveValues();
+    const auto name = getCurrentPresetName() + "_copy";
+
+    const juce::ScopedLock sl (slotLock);
+    copyBuffer = { name, values };
+    copyPresent = true;
+}
+
+bool BasePluginOldStyle::hasCopiedPreset() const
+{
+    const juce::ScopedLock sl (slotLock);
+    return copyPresent;
+}
+
+void BasePluginOldStyle::pasteCopiedPreset()
+{
+    PresetRecord copied;
+
+    {
+        const juce::ScopedLock sl (slotLock);
+
+        if (! copyPresent)
+            return;
+
+        copied = copyBuffer;
+    }
+
+    const auto index = (int) getCurrentPresetIndex();
+    setParameterValues (copied.values);
+    const auto values = liveValues();
+
+    {
+        const juce::ScopedLock sl (slotLock);
+        bank.slots[(size_t) index] = { copied.name, values };
+    }
+
+    presetNameParameter->setText (copied.name, true);
+    reportBankChanged();
+    reportPresetApplied();
+}
+
+void BasePluginOldStyle::resetBank()
+{
+    PresetBankRecord cleared;
+    cleared.name = getBankName();
+    cleared.reset (getDefaultPreset());
+    installBank (cleared);
+}
+
+PresetRecord BasePluginOldStyle::getDefaultPreset() const
+{
+    const juce::ScopedLock sl (slotLock);
+    return defaultPreset;
+}
+
+void BasePluginOldStyle::installBank (const PresetBankRecord& newBank)
+{
+    {
+        const juce::ScopedLock sl (slotLock);
+        bank.slots = newBank.slots;
+    }
+
+    {
+        const juce::ScopedLock sl (groupLock);
+        bank.name = newBank.name;
+        bank.groups = newBank.groups;
+    }
+
+    presetNameParameter->setText (getCurrentPresetName(), true);
+    reportBankChanged();
+}
+
+//==============================================================================
+juce::String BasePluginOldStyle::getBankName() const
+{
+    const juce::ScopedLock sl (groupLock);
+    return bank.name;
+}
+
+std::vector<PresetGroupRecord> BasePluginOldStyle::getGroups() const
+{
+    const juce::ScopedLock sl (groupLock);
+    return bank.groups;
+}
+
+int BasePluginOldStyle::getFirstSlotOfGroup (int group) const
+{
+    const juce::ScopedLock sl (groupLock);
+
+    if (group < 0 || group >= (int) bank.groups.size())
+        return -1;
+
+    int first = 0;
+
+    for (int g = 0; g < group; ++g)
+        first += bank.groups[(size_t) g].count;
+
+    return first;
+}
+
+bool BasePluginOldStyle::renameGroup (int group, const juce::String& name)
+{
+    {
+        const juce::ScopedLock sl (groupLock);
+
+        if (group < 0 || group >= (int) bank.groups.size())
+            return false;
+
+        bank.groups[(size_t) group].name = name;
+    }
+
+    reportBankChanged();
+    return true;
+}
+
+bool BasePluginOldStyle::insertGroup (int beforeGroup, const juce::String& name)
+{
+    {
+        const juce::ScopedLock sl (groupLock);
+
+        if (beforeGroup < 0 || beforeGroup > (int) bank.groups.size())
+            return false;
+
+        bank.groups.insert (bank.groups.begin() + beforeGroup, PresetGroupRecord { name, 0 });
+    }
+
+    reportBankChanged();
+    return true;
+}
+
+bool BasePluginOldStyle::removeGroup (int group)
+{
+    {
+        const juce::ScopedLock sl (groupLock);
+
+        if (group < 0 || group >= (int) bank.groups.size() || bank.groups[(size_t) group].count != 0)
+            return false;
+
+        bank.groups.erase (bank.groups.begin() + group);
+    }
+
+    reportBankChanged();
+    return true;
+}
+
+//==============================================================================
+juce::String BasePluginOldStyle::getPresetFileExtension() const
+{
+    return ("." + getShortCode() + "prs").toLowerCase();
+}
+
+juce::String BasePluginOldStyle::getBankFileExtension() const
+{
+    return ("." + getShortCode() + "prsb").toLowerCase();
+}
+
+std::unique_ptr<juce::XmlElement> BasePluginOldStyle::createPresetElement (int slot) const
+{
+    const auto record = getSlot (slot);
+    return record.has_value() ? Preset::write (*record, getParameterManager(), getPluginName()) : nullptr;
+}
+
+std::unique_ptr<juce::XmlElement> BasePluginOldStyle::createBankElement() const
+{
+    auto copy = std::make_unique<PresetBankRecord>();
+
+    {
+        const juce::ScopedLock sl (slotLock);
+        copy->slots = bank.slots;
+    }
+
+    {
+        const juce::ScopedLock sl (groupLock);
+        copy->name = bank.name;
+        copy->groups = bank.groups;
+    }
+
+    return PresetBank::write (*copy, getParameterManager(), getPluginName());
+}
+
+bool BasePluginOldStyle::readPresetElement (const juce::XmlElement& element, int slot)
+{
+    auto record = getSlot (slot);
+
+    if (! record.has_value() || ! Preset::read (element, *record, getParameterManager(), getPluginName()))
+        return false;
+
+    {
+        const juce::ScopedLock sl (slotLock);
+        bank.slots[(size_t) slot] = *record;
+    }
+
+    if (slot == (int) getCurrentPresetIndex())
+        applyCurrentPreset();
+
+    reportBankChanged();
+    return true;
+}
+
+bool BasePluginOldStyle::readBankElement (const juce::XmlElement& element)
+{
+    auto newBank = std::make_unique<PresetBankRecord>();
+
+    if (! PresetBank::read (element, *newBank, getDefaultPreset(), getParameterManager(), getPluginName()))
+        return false;
+
+    installBank (*newBank);
+    return true;
+}
+
+bool BasePluginOldStyle::loadPresetFile (const juce::File& file, int slot)
+{
+    const auto element = parseXmlFile (file);
+    return element != nullptr && readPresetElement (*element, slot);
+}
+
+bool BasePluginOldStyle::loadBankFile (const juce::File& file)
+{
+    const auto element = parseXmlFile (file);
+
+    if (element == nullptr || ! readBankElement (*element))
+        return false;
+
+    lastBankFolder = file.getParentDirectory();
+    applyCurrentPreset();
+    return true;
+}
+
+bool BasePluginOldStyle::savePresetFile (const juce::File& file, int slot) const
+{
+    const auto element = createPresetElement (slot);
+    return element != nullptr && writeDocument (*element, file);
+}
+
+bool BasePluginOldStyle::saveBankFile (const juce::File& file) const
+{
+    return writeDocument (*createBankElement(), file);
+}
+
+juce::File BasePluginOldStyle::getLastBankFolder() const { return lastBankFolder; }
+
+bool BasePluginOldStyle::loadFactoryBank()
+{
+    const auto element = parseXmlText (Resources::getText ("default" + getBankFileExtension()));
+    return element != nullptr && readBankElement (*element);
+}
+
+//==============================================================================
+juce::File BasePluginOldStyle::getDefaultPresetsFile() const
+{
+    return defaultPresetsFile.isNotEmpty() ? juce::File::getCurrentWorkingDirectory().getChildFile (defaultPresetsFile)
+                                           : juce::File();
+}
+
+void BasePluginOldStyle::setDefaultPresetsMode (int mode)
+{
+    if (mode < factoryPresets || mode > userDefinedPresets)
+        return;
+
+    defaultPresetsMode = mode;
+    saveUserSettings();
+}
+
+void BasePluginOldStyle::setDefaultPresetsFile (const juce::File& bankFile)
+{
+    defaultPresetsFile = bankFile.getFullPathName();
+    saveUserSettings();
+}
+
+void BasePluginOldStyle::setStoringMode (int mode)
+{
+    if (mode != automaticStoring && mode != onDemandStoring)
+        return;
+
+    storingMode = mode;
+
+    if (mode == automaticStoring)
+        storeCurrentPreset();
+
+    saveUserSettings();
+}
+
+void BasePluginOldStyle::setChangingType (int type)
+{
+    if (type != normalChange && type != silentChange)
+        return;
+
+    changingType = type;
+    saveUserSettings();
+}
+
+void BasePluginOldStyle::readUserSettings (const juce::XmlElement& settings)
+{
+    BasePlugin::readUserSettings (settings);
+    readPresetSettings (settings);
+}
+
+void BasePluginOldStyle::readPresetSettings (const juce::XmlElement& settings)
+{
+    if (const auto* resources = CaseInsensitiveXml::findChild (settings, "ResourcesSettings"))
+    {
+        if (const auto* presets = CaseInsensitiveXml::findChild (*resources, "Presets"))
+        {
+            const auto keyword = CaseInsensitiveXml::attribute (*presets, "default");
+
+            for (int mode = factoryPresets; mode <= userDefinedPresets; ++mode)
+            {
+                if (keyword.equalsIgnoreCase (defaultPresetsKeywords[mode]))
+                {
+                    defaultPresetsMode = mode;
+
+                    if (mode == userDefinedPresets)
+                        defaultPresetsFile = CaseInsensitiveXml::attribute (*presets, "file");
+                }
+            }
+        }
+    }
+
+    if (const auto* presetSettings = CaseInsensitiveXml::findChild (settings, "PresetSettings"))
+    {
+        const auto storing = CaseInsensitiveXml::attribute (*presetSettings, "storing");
+
+        if (storing.equalsIgnoreCase ("onDemand"))
+        {
+            storingMode = onDemandStoring;
+        }
+        else if (storing.equalsIgnoreCase ("automatic"))
+        {
+            storingMode = automaticStoring;
+            storeCurrentPreset();
+        }
+
+        if (supportsSilentPresetChange())
+        {
+            const auto changing = CaseInsensitiveXml::attribute (*presetSettings, "changing");
+
+            if (changing.equalsIgnoreCase ("normal"))
+                changingType = normalChange;
+            else if (changing.equalsIgnoreCase ("silent"))
+                changingType = silentChange;
+        }
+    }
+}
+
+void BasePluginOldStyle::writeUserSettings (juce::XmlElement& settings)
+{
+    BasePlugin::writeUserSettings (settings);
+
+    auto& presets = getOrCreateChild (getOrCreateChild (settings, "ResourcesSettings"), "Presets");
+    presets.setAttribute ("default", defaultPresetsKeywords[getDefaultPresetsMode()]);
+
+    if (getDefaultPresetsMode() == userDefinedPresets)
+        presets.setAttribute ("file", defaultPresetsFile);
+    else
+        presets.removeAttribute ("file");
+
+    auto& presetSettings = getOrCreateChild (settings, "PresetSettings");
+    presetSettings.setAttribute ("storing", getStoringMode() == onDemandStoring ? "onDemand" : "automatic");
+    presetSettings.setAttribute ("changing", getChangingType() == silentChange ? "silent" : "normal");
+}
+
+//==============================================================================
+void BasePluginOldStyle::parameterChanged (Parameter& parameter)
+{
+    BasePlugin::parameterChanged (parameter);
+
+    // Automatic storing keeps the current slot in step with every edit.
+    const auto index = (int) parameter.getIndex() - firstPresetableIndex;
+
+    if (getStoringMode() == automaticStoring && index >= 0 && index < numPresetableParameters)
+    {
+        const juce::ScopedLock sl (slotLock);
+        bank.slots[getCurrentPresetIndex() % numSlots].values[(size_t) index] = parameter.getNormalisedValue();
+    }
+}
+
+//==============================================================================
 std::unique_ptr<juce::XmlElement> BasePluginOldStyle::buildState()
 {
     auto state = BasePlugin::buildState();
     state->addChildElement (buildParametersState().release());
+    state->addChildElement (buildPresetsState().release());
+    state->addChildElement (getMidiControl().writeMap (getPluginName()).release());
     return state;
 }
 
@@ -17,7 +700,7 @@ std::unique_ptr<juce::XmlElement> BasePluginOldStyle::buildParametersState() con
 
     for (int i = firstPresetableIndex; i < firstPresetableIndex + numPresetableParameters; ++i)
     {
-        if (const auto* p = getParameter ((uint32_t) i))
+        if (const auto* p = getPluginParameter ((uint32_t) i))
         {
             auto* param = element->createNewChildElement ("param");
             param->setAttribute ("name", p->getName());
@@ -42,6 +725,26 @@ void BasePluginOldStyle::readParametersState (const juce::XmlElement& element)
     }
 }
 
+std::unique_ptr<juce::XmlElement> BasePluginOldStyle::buildPresetsState() const
+{
+    auto element = std::make_unique<juce::XmlElement> ("PresetsState");
+    element->setAttribute ("currentPreset", (int) getCurrentPresetIndex());
+    element->addChildElement (createBankElement().release());
+    return element;
+}
+
+// The bank is taken as it is and the current preset only selected: the live
+// values come from ParametersState.
+void BasePluginOldStyle::readPresetsState (const juce::XmlElement& element)
+{
+    for (auto* child : element.getChildIterator())
+        if (PresetBank::accepts (*child))
+            readBankElement (*child);
+
+    if (CaseInsensitiveXml::hasAttribute (element, "currentPreset"))
+        selectPreset (CaseInsensitiveXml::attribute (element, "currentPreset").getIntValue(), true);
+}
+
 bool BasePluginOldStyle::restoreStateElement (const juce::XmlElement& element)
 {
     if (element.getTagName() == "ParametersState")
@@ -50,5 +753,25 @@ bool BasePluginOldStyle::restoreStateElement (const juce::XmlElement& element)
         return true;
     }
 
+    if (element.getTagName() == "PresetsState")
+    {
+        readPresetsState (element);
+        return true;
+    }
+
     return BasePlugin::restoreStateElement (element);
+}
+
+void BasePluginOldStyle::handleEvent (int eventId)
+{
+    switch (eventId)
+    {
+        case EventRegistry::selectNextPreset:     selectNextPreset(); break;
+        case EventRegistry::selectPreviousPreset: selectPreviousPreset(); break;
+        case EventRegistry::copyCurrentPreset:    copyCurrentPreset(); break;
+        case EventRegistry::pasteCopiedPreset:    pasteCopiedPreset(); break;
+        case EventRegistry::savePreset:
+        case EventRegistry::storeCurrentPreset:   storeCurrentPreset(); break;
+        default:                                  BasePlugin::handleEvent (eventId); break;
+    }
 }

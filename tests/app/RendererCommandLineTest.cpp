@@ -186,6 +186,62 @@ TEST_F (RendererCommandLine, MalformedSettingsAreRejected)
     EXPECT_EQ (strayFiles ({ "in.wav" }), juce::StringArray());
 }
 
+TEST_F (RendererCommandLine, PresetsComeFromTheFactoryBankByNameOrFromAFile)
+{
+    const auto listed = run ({ "--list-presets" });
+    ASSERT_EQ (listed.exitCode, 0) << listed.output;
+    EXPECT_TRUE (listed.output.contains ("Dry/Wet\n    1  Cristal Cave [d/w]\n")) << listed.output;
+    EXPECT_TRUE (listed.output.contains ("Wet\n   24  Mutiny on Bounty\n")) << listed.output;
+    EXPECT_TRUE (listed.output.contains ("   47  Big Tunnel\n")) << listed.output;
+    EXPECT_FALSE (listed.output.contains ("Preset 48")) << "the unused slots are not presets";
+
+    // "INPUT OUTPUT", a name in any case, and the same render either way.
+    const auto input = writeInput ("in.wav", 48000.0, 2, 4800);
+    const auto hall = run ({ "--preset", "Concert hall", input.getFullPathName(), path ("hall.wav"), "--tail", "0.5" });
+    ASSERT_EQ (hall.exitCode, 0) << hall.output;
+    const auto upper = run ({ "--preset=CONCERT HALL", input.getFullPathName(), "-o", path ("upper.wav"), "--tail", "0.5" });
+    ASSERT_EQ (upper.exitCode, 0) << upper.output;
+    const auto plain = run ({ input.getFullPathName(), "-o", path ("plain.wav"), "--tail", "0.5" });
+    ASSERT_EQ (plain.exitCode, 0) << plain.output;
+
+    juce::MemoryBlock hallBytes, upperBytes, plainBytes;
+    file ("hall.wav").loadFileAsData (hallBytes);
+    file ("upper.wav").loadFileAsData (upperBytes);
+    file ("plain.wav").loadFileAsData (plainBytes);
+    EXPECT_EQ (hallBytes, upperBytes);
+    EXPECT_NE (hallBytes, plainBytes);
+
+    const auto unknown = run ({ "--preset", "Concert hal", "--list-parameters" });
+    EXPECT_EQ (unknown.exitCode, 2);
+    EXPECT_TRUE (unknown.output.contains ("unknown preset \"Concert hal\". Close names:\n  Concert hall [d/w]\n  Concert hall\n"))
+        << unknown.output;
+
+    // A preset file: its values, then --set on top.
+    ASSERT_TRUE (file ("mine.qlprs").replaceWithText ("<Preset application='Quorlane' name='Mine'>"
+                                                      "<param name='Late Size' value='0.125'/></Preset>"));
+    const auto fromFile = run ({ "--preset", path ("mine.qlprs"), "--set", "FX=0.75", "--list-parameters" });
+    ASSERT_EQ (fromFile.exitCode, 0) << fromFile.output;
+    const auto lines = juce::StringArray::fromLines (fromFile.output);
+    const auto valueOf = [&lines] (const juce::String& name)
+    {
+        for (const auto& line : lines)
+            if (line.startsWith (name + "  "))
+                return line.substring (20).trim().upToFirstOccurrenceOf (" ", false, false);
+        return juce::String();
+    };
+    EXPECT_EQ (valueOf ("Late Size"), "0.125") << fromFile.output;
+    EXPECT_EQ (valueOf ("FX"), "0.750") << fromFile.output;
+    EXPECT_EQ (valueOf ("Early Size"), "0.500") << "the rest at the defaults: " << fromFile.output;
+
+    ASSERT_TRUE (file ("other.qlprs").replaceWithText ("<Preset application='Otherverb' name='X'/>"));
+    for (const auto& name : { juce::String ("other.qlprs"), juce::String ("missing.qlprs") })
+    {
+        const auto refused = run ({ "--preset", path (name), "--list-parameters" });
+        EXPECT_EQ (refused.exitCode, 1) << refused.output;
+        EXPECT_TRUE (refused.output.contains (path (name))) << refused.output;
+    }
+}
+
 TEST_F (RendererCommandLine, AcceptsEveryQualityKeyword)
 {
     const auto input = writeInput ("in.wav", 48000.0, 2, 4800);

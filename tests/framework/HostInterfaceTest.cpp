@@ -34,11 +34,13 @@ TEST (HostInterface, ShowsTwentyParametersAndHidesTheInternalOnes)
     EXPECT_EQ (params[18]->getName (3), "FX");
     EXPECT_EQ (params[14]->getName (3), "X F");
 
-    for (auto* p : params)
+    // A new instance plays its first preset; the host's defaults stay the description's.
+    for (int i = 0; i < params.size(); ++i)
     {
-        EXPECT_TRUE (p->isAutomatable());
-        EXPECT_FALSE (p->isMetaParameter());
-        EXPECT_FLOAT_EQ (p->getDefaultValue(), p->getValue());
+        EXPECT_TRUE (params[i]->isAutomatable());
+        EXPECT_FALSE (params[i]->isMetaParameter());
+        EXPECT_FLOAT_EQ (params[i]->getDefaultValue(), plugin.getDefaultPreset().values[(size_t) i]);
+        EXPECT_FLOAT_EQ (params[i]->getValue(), plugin.getSlot (0)->values[(size_t) i]);
     }
 
     EXPECT_EQ (plugin.getHostParameterName (20), "");
@@ -51,11 +53,11 @@ TEST (HostInterface, ShowsTwentyParametersAndHidesTheInternalOnes)
     EXPECT_TRUE (plugin.acceptsMidi());
     EXPECT_FALSE (plugin.producesMidi());
 
-    const auto decayTime = plugin.getParameter (21)->getValue();
+    const auto decayTime = plugin.getPluginParameter (21)->getValue();
     plugin.setHostParameterValue (21, 0.9f);
     plugin.setHostParameterValue (20, 0.9f);
-    EXPECT_EQ (plugin.getParameter (21)->getValue(), decayTime) << "the host cannot reach internal parameters";
-    EXPECT_EQ (plugin.getParameter (20)->getValue(), 0.0f);
+    EXPECT_EQ (plugin.getPluginParameter (21)->getValue(), decayTime) << "the host cannot reach internal parameters";
+    EXPECT_EQ (plugin.getPluginParameter (20)->getValue(), 0.0f);
 }
 
 TEST (HostInterface, ChangesFromTheHostAreNotEchoedButOthersAreReported)
@@ -65,15 +67,15 @@ TEST (HostInterface, ChangesFromTheHostAreNotEchoedButOthersAreReported)
     plugin.addListener (&listener);
 
     plugin.getParameters()[4]->setValue (0.25f);
-    EXPECT_FLOAT_EQ (plugin.getParameter (4)->getValue(), 0.25f);
+    EXPECT_FLOAT_EQ (plugin.getPluginParameter (4)->getValue(), 0.25f);
     EXPECT_TRUE (listener.changes.isEmpty());
 
-    plugin.getParameter (6)->setNormalisedValue (0.75f, true);
+    plugin.getPluginParameter (6)->setNormalisedValue (0.75f, true);
     ASSERT_EQ (listener.changes.size(), 1);
     EXPECT_EQ (listener.changes[0].first, 6);
     EXPECT_FLOAT_EQ (listener.changes[0].second, 0.75f);
 
-    plugin.getParameter (20)->setNormalisedValue (1.0f, true);
+    plugin.getPluginParameter (20)->setNormalisedValue (1.0f, true);
     EXPECT_EQ (listener.changes.size(), 1) << "internal parameters stay away from the host";
     plugin.removeListener (&listener);
 }
@@ -95,8 +97,8 @@ TEST (HostInterface, StateTravelsToAFreshInstanceExactly)
 
     Quorlane restored;
     restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
-    EXPECT_FLOAT_EQ (restored.getParameter (0)->getValue(), 0.123457f);
-    EXPECT_EQ (restored.getParameter (17)->getValue(), 1.0f);
+    EXPECT_FLOAT_EQ (restored.getPluginParameter (0)->getValue(), 0.123457f);
+    EXPECT_EQ (restored.getPluginParameter (17)->getValue(), 1.0f);
     EXPECT_EQ (restored.getCurrentQualityStep(), 2);
     EXPECT_EQ (stateOf (restored), chunk);
 }

@@ -200,7 +200,7 @@ TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
     ASSERT_EQ (core.quality, 0);
     core.parameters.clear();
 
-    fx.getParameter (3)->setNormalisedValue (0.8f, true);
+    fx.getPluginParameter (3)->setNormalisedValue (0.8f, true);
     ASSERT_EQ (core.parameters.size(), 1u);
     EXPECT_EQ (core.parameters[0], (std::pair<uint32_t, float> { 3, 0.8f }));
 

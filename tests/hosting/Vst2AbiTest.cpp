@@ -8,7 +8,9 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -119,6 +121,51 @@ namespace
     }
 }
 
+namespace
+{
+    // The plug-in reads user settings when it starts; never the real user's.
+    class IsolatedSettings : public ::testing::Environment
+    {
+    public:
+        void SetUp() override
+        {
+            char folder[] = "/tmp/quorlane-vst2-XXXXXX";
+            ASSERT_NE (mkdtemp (folder), nullptr);
+            path = folder;
+            setenv ("XDG_CONFIG_HOME", folder, 1);
+        }
+
+        void TearDown() override { std::filesystem::remove_all (path); }
+
+    private:
+        std::string path;
+    };
+
+    [[maybe_unused]] auto* const isolatedSettings = ::testing::AddGlobalTestEnvironment (new IsolatedSettings);
+
+    // A chunk is a magic number, the document's length, the document and a zero.
+    std::string documentOf (const std::string& chunk)
+    {
+        return chunk.size() > 9 ? chunk.substr (8, chunk.size() - 9) : std::string();
+    }
+
+    std::string chunkOf (const std::string& document)
+    {
+        std::string chunk (8, '\0');
+        const uint32_t magic = 0x21324356, length = (uint32_t) document.size();
+        std::memcpy (chunk.data(), &magic, 4);
+        std::memcpy (chunk.data() + 4, &length, 4);
+        return chunk + document + '\0';
+    }
+
+    void replaceIn (std::string& text, const std::string& from, const std::string& to)
+    {
+        const auto at = text.find (from);
+        ASSERT_NE (at, std::string::npos) << from;
+        text.replace (at, from.size(), to);
+    }
+}
+
 class Vst2Abi : public ::testing::Test
 {
 protected:
@@ -194,9 +241,10 @@ TEST_F (Vst2Abi, ParametersByIndex)
         EXPECT_EQ (plugin.text (effGetParamLabel, i), "") << i;
     }
 
+    const float earlySize = plugin.effect->getParameter (plugin.effect, 0);
     plugin.effect->setParameter (plugin.effect, 4, 0.25f);
     EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 4), 0.25f);
-    EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 0), 0.5f);
+    EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 0), earlySize);
 }
 
 TEST_F (Vst2Abi, StateChunkRestoresIntoAFreshInstance)
@@ -208,10 +256,31 @@ TEST_F (Vst2Abi, StateChunkRestoresIntoAFreshInstance)
 
     Vst2Plugin other;
     ASSERT_NE (other.effect, nullptr);
-    EXPECT_FLOAT_EQ (other.effect->getParameter (other.effect, 9), 1.0f);
+    EXPECT_NE (other.effect->getParameter (other.effect, 9), 0.125f);
     other.call (effSetChunk, 0, (intptr_t) saved.size(), const_cast<char*> (saved.data()));
     EXPECT_FLOAT_EQ (other.effect->getParameter (other.effect, 9), 0.125f);
     EXPECT_FLOAT_EQ (other.effect->getParameter (other.effect, 16), 0.75f);
+    EXPECT_EQ (other.chunk(), saved);
+}
+
+// A controller mapping and the quality, given to one instance through its own
+// chunk edited as a host-side tool might, then carried to a fresh instance.
+TEST_F (Vst2Abi, StateChunkCarriesTheControllerMapAndQuality)
+{
+    auto document = documentOf (plugin.chunk());
+    replaceIn (document, "<MidiControlMap name=\"Quorlane\"/>",
+               "<MidiControlMap name=\"Quorlane\"><assign param=\"FX\" CC=\"74\"/></MidiControlMap>");
+    replaceIn (document, "<UniqueData quality=\"low\"/>", "<UniqueData quality=\"highest\"/>");
+    const auto edited = chunkOf (document);
+    plugin.call (effSetChunk, 0, (intptr_t) edited.size(), const_cast<char*> (edited.data()));
+
+    const auto saved = plugin.chunk();
+    EXPECT_EQ (saved, edited) << "the edits were taken and are written back unchanged";
+
+    Vst2Plugin other;
+    ASSERT_NE (other.effect, nullptr);
+    EXPECT_NE (other.chunk(), saved);
+    other.call (effSetChunk, 0, (intptr_t) saved.size(), const_cast<char*> (saved.data()));
     EXPECT_EQ (other.chunk(), saved);
 }
 

@@ -1,0 +1,343 @@
+#include "MidiControl.h"
+
+#include "XmlReading.h"
+
+namespace
+{
+    bool isController (int controller) noexcept
+    {
+        return controller >= 0 && controller < MidiControl::numControllers;
+    }
+
+    // Plain decimal digits only, so that "12abc", "-1" or a number too long
+    // for an int can never be read as a valid controller.
+    int parseController (const juce::String& text)
+    {
+        const auto trimmed = text.trim();
+
+        if (trimmed.isEmpty() || trimmed.length() > 3 || ! trimmed.containsOnly ("0123456789"))
+            return -1;
+
+        const int controller = trimmed.getIntValue();
+        return isController (controller) ? controller : -1;
+    }
+}
+
+MidiControl::MidiControl (ParameterManager& parameterManager, std::function<juce::String()> application)
+    : parameters (parameterManager), applicationName (std::move (application))
+{
+}
+
+MidiControl::~MidiControl()
+{
+    cancelPendingUpdate();
+}
+
+void MidiControl::handleMessage (const juce::MidiMessage& message)
+{
+    if (! message.isController())
+        return;
+
+    const int controller = message.getControllerNumber();
+
+    const juce::ScopedLock sl (lock);
+    learnFromController (controller);
+
+    if (auto* p = slots[(size_t) controller])
+    {
+        p->setNormalisedValue ((float) message.getControllerValue() * valueScale, true);
+        activity = true;
+        lastMoved = p;
+        triggerAsyncUpdate();
+    }
+}
+
+//==============================================================================
+void MidiControl::setLearnMode (bool shouldLearn)
+{
+    {
+        const juce::ScopedLock sl (lock);
+
+        if (learnMode == shouldLearn)
+            return;
+
+        learnMode = shouldLearn;
+        learnParameter = nullptr;
+        learnController = -1;
+    }
+
+    const juce::ScopedLock sl (listenerLock);
+
+    for (int i = listeners.size(); --i >= 0;)
+        if (auto* listener = listeners[i])
+            listener->midiLearnModeChanged (shouldLearn);
+}
+
+bool MidiControl::isLearnMode() const
+{
+    const juce::ScopedLock sl (lock);
+    return learnMode;
+}
+
+void MidiControl::learnFromController (int controller)
+{
+    if (! isController (controller))
+        return;
+
+    const juce::ScopedLock sl (lock);
+
+    if (! learnMode || controller == learnController)
+        return;
+
+    // A parameter touched first, with no controller yet, stays the choice.
+    if (learnParameter == nullptr || learnController != -1)
+        learnParameter = slots[(size_t) controller];
+
+    learnController = controller;
+    learnCheck();
+}
+
+void MidiControl::learnFromParameter (Parameter& parameter)
+{
+    const juce::ScopedLock sl (lock);
+
+    if (! learnMode || &parameter == learnParameter)
+        return;
+
+    // A controller moved first, with no parameter yet, stays the choice.
+    if (learnController == -1 || learnParameter != nullptr)
+        learnController = getControllerOf (&parameter);
+
+    learnParameter = &parameter;
+    learnCheck();
+}
+
+void MidiControl::learnCheck()
+{
+    if (learnController != -1 && learnParameter != nullptr && slots[(size_t) learnController] == nullptr)
+        assignLocked (learnController, learnParameter, true);
+
+    learnChanged = true;
+    triggerAsyncUpdate();
+}
+
+Parameter* MidiControl::getLearnParameter() const
+{
+    const juce::ScopedLock sl (lock);
+    return learnParameter;
+}
+
+int MidiControl::getLearnController() const
+{
+    const juce::ScopedLock sl (lock);
+    return learnController;
+}
+
+//==============================================================================
+void MidiControl::assign (int controller, Parameter* parameter, bool notify)
+{
+    if (! isController (controller))
+        return;
+
+    const juce::ScopedLock sl (lock);
+    assignLocked (controller, parameter, notify);
+}
+
+void MidiControl::assignLocked (int controller, Parameter* parameter, bool notify)
+{
+    auto& slot = slots[(size_t) controller];
+
+    if (slot == parameter)
+        return;
+
+    if (parameter != nullptr)
+    {
+        const int previous = getControllerOf (parameter);
+
+        if (previous >= 0)
+        {
+            slots[(size_t) previous] = nullptr;
+            --mappedCount;
+        }
+    }
+
+    mappedCount += (parameter != nullptr ? 1 : 0) - (slot != nullptr ? 1 : 0);
+    slot = parameter;
+
+    if (notify)
+    {
+        mapChanged = true;
+        triggerAsyncUpdate();
+    }
+}
+
+void MidiControl::remove (int controller)
+{
+    if (! isController (controller))
+        return;
+
+    const juce::ScopedLock sl (lock);
+
+    if (slots[(size_t) controller] != nullptr)
+        assignLocked (controller, nullptr, true);
+
+    if (learnMode)
+    {
+        learnParameter = nullptr;
+        learnController = -1;
+        learnCheck();
+    }
+}
+
+void MidiControl::clear()
+{
+    const juce::ScopedLock sl (lock);
+
+    for (int controller = 0; controller < numControllers; ++controller)
+        if (slots[(size_t) controller] != nullptr)
+            assignLocked (controller, nullptr, true);
+}
+
+Parameter* MidiControl::getParameterAt (int controller) const
+{
+    if (! isController (controller))
+        return nullptr;
+
+    const juce::ScopedLock sl (lock);
+    return slots[(size_t) controller];
+}
+
+int MidiControl::getControllerOf (const Parameter* parameter) const
+{
+    const juce::ScopedLock sl (lock);
+
+    if (parameter != nullptr)
+        for (int controller = 0; controller < numControllers; ++controller)
+            if (slots[(size_t) controller] == parameter)
+                return controller;
+
+    return -1;
+}
+
+int MidiControl::getMappedCount() const
+{
+    const juce::ScopedLock sl (lock);
+    return mappedCount;
+}
+
+//==============================================================================
+bool MidiControl::acceptsElement (const juce::XmlElement& element)
+{
+    return element.getTagName() == "MidiControlMap" || element.getTagName() == "MidiCCMap";
+}
+
+void MidiControl::readMap (const juce::XmlElement& element)
+{
+    setLearnMode (false);
+
+    if (! acceptsElement (element))
+        return;
+
+    const juce::ScopedLock sl (lock);
+    clear();
+
+    for (auto* assignment : element.getChildIterator())
+    {
+        if (assignment->getTagName() != "assign")
+            continue;
+
+        auto* p = parameters.findParameter (assignment->getStringAttribute ("param"));
+        const int controller = parseController (assignment->getStringAttribute ("CC"));
+
+        if (p != nullptr && p->isAutomatable() && controller >= 0)
+            assignLocked (controller, p, true);
+    }
+}
+
+std::unique_ptr<juce::XmlElement> MidiControl::writeMap (const juce::String& name) const
+{
+    auto map = std::make_unique<juce::XmlElement> ("MidiControlMap");
+    map->setAttribute ("name", name);
+
+    const juce::ScopedLock sl (lock);
+
+    for (int controller = 0; controller < numControllers; ++controller)
+    {
+        if (const auto* p = slots[(size_t) controller])
+        {
+            auto* assignment = map->createNewChildElement ("assign");
+            assignment->setAttribute ("param", p->getName());
+            assignment->setAttribute ("CC", controller);
+        }
+    }
+
+    return map;
+}
+
+bool MidiControl::loadFile (const juce::File& file)
+{
+    const auto map = parseXmlFile (file);
+
+    if (map == nullptr || ! acceptsElement (*map) || map->getStringAttribute ("application") != applicationName())
+        return false;
+
+    readMap (*map);
+    return true;
+}
+
+bool MidiControl::saveFile (const juce::File& file) const
+{
+    auto map = writeMap (file.getFileNameWithoutExtension());
+    map->setAttribute ("application", applicationName());
+
+    juce::XmlElement::TextFormat format;
+    format.customEncoding = "UTF-8";
+    return map->writeTo (file, format);
+}
+
+//==============================================================================
+void MidiControl::addListener (Listener* listener)
+{
+    const juce::ScopedLock sl (listenerLock);
+    listeners.addIfNotAlreadyThere (listener);
+}
+
+void MidiControl::removeListener (Listener* listener)
+{
+    const juce::ScopedLock sl (listenerLock);
+    listeners.removeAllInstancesOf (listener);
+}
+
+void MidiControl::handleAsyncUpdate()
+{
+    bool mapWasChanged, learnWasChanged;
+    Parameter* moved = nullptr;
+
+    {
+        const juce::ScopedLock sl (lock);
+        mapWasChanged = std::exchange (mapChanged, false);
+        learnWasChanged = std::exchange (learnChanged, false);
+
+        if (std::exchange (activity, false))
+            moved = lastMoved;
+    }
+
+    const juce::ScopedLock sl (listenerLock);
+
+    for (int i = listeners.size(); --i >= 0;)
+    {
+        auto* listener = listeners[i];
+
+        if (listener == nullptr)
+            continue;
+
+        if (mapWasChanged)
+            listener->midiMapChanged();
+
+        if (learnWasChanged)
+            listener->midiLearnChoiceChanged();
+
+        if (moved != nullptr)
+            listener->midiControllerMoved (*moved);
+    }
+}

@@ -1,0 +1,165 @@
+#include "XmlReading.h"
+
+#include <cstring>
+
+namespace
+{
+    using CharPointer = juce::String::CharPointerType;
+
+    // Moves past the first occurrence of the terminator; false when the text
+    // ends first.
+    bool skipPast (CharPointer& p, const char* terminator)
+    {
+        const auto index = p.indexOf (juce::CharPointer_ASCII (terminator));
+
+        if (index < 0)
+            return false;
+
+        p += index + (int) std::strlen (terminator);
+        return true;
+    }
+
+    bool isNameEnd (juce::juce_wchar c) noexcept
+    {
+        return c == 0 || c == '>' || c == '/' || juce::CharacterFunctions::isWhitespace (c);
+    }
+
+    juce::String readName (CharPointer& p)
+    {
+        const auto start = p;
+
+        while (! isNameEnd (*p))
+            ++p;
+
+        return juce::String (start, p);
+    }
+
+    // Moves past the '>' that ends a tag, ignoring any inside quoted
+    // attribute values; tells whether the tag closed itself with "/>".
+    bool skipRestOfTag (CharPointer& p, bool& selfClosing)
+    {
+        juce::juce_wchar quote = 0, previous = 0;
+
+        for (;;)
+        {
+            const auto c = p.getAndAdvance();
+
+            if (c == 0)
+                return false;
+
+            if (quote != 0)
+            {
+                if (c == quote)
+                    quote = 0;
+            }
+            else if (c == '"' || c == '\'')
+            {
+                quote = c;
+            }
+            else if (c == '>')
+            {
+                selfClosing = previous == '/';
+                return true;
+            }
+
+            previous = c;
+        }
+    }
+}
+
+bool hasBalancedTags (const juce::String& text, int maxDepth)
+{
+    auto p = text.getCharPointer();
+    juce::StringArray open;
+
+    for (;;)
+    {
+        const auto index = p.indexOf ((juce::juce_wchar) '<');
+
+        if (index < 0)
+            return open.isEmpty();
+
+        p += index + 1;
+        bool selfClosing = false;
+
+        if (*p == '/')
+        {
+            ++p;
+
+            if (open.isEmpty() || readName (p) != open[open.size() - 1] || ! skipRestOfTag (p, selfClosing))
+                return false;
+
+            open.remove (open.size() - 1);
+        }
+        else if (p.compareUpTo (juce::CharPointer_ASCII ("!--"), 3) == 0)
+        {
+            if (! skipPast (p, "-->"))
+                return false;
+        }
+        else if (p.compareUpTo (juce::CharPointer_ASCII ("![CDATA["), 8) == 0)
+        {
+            if (! skipPast (p, "]]>"))
+                return false;
+        }
+        else if (*p == '?' || *p == '!')
+        {
+            if (! skipPast (p, ">"))
+                return false;
+        }
+        else
+        {
+            auto name = readName (p);
+
+            if (name.isEmpty() || ! skipRestOfTag (p, selfClosing))
+                return false;
+
+            if (! selfClosing)
+            {
+                if (open.size() >= maxDepth)
+                    return false;
+
+                open.add (std::move (name));
+            }
+        }
+    }
+}
+
+std::unique_ptr<juce::XmlElement> parseXmlText (const juce::String& text)
+{
+    if (! hasBalancedTags (text, maxXmlNestingDepth))
+        return nullptr;
+
+    return juce::parseXML (text);
+}
+
+std::unique_ptr<juce::XmlElement> parseXmlUtf8 (const void* data, size_t numBytes)
+{
+    auto* text = static_cast<const char*> (data);
+
+    if (text == nullptr || numBytes > (size_t) maxXmlFileSize)
+        return nullptr;
+
+    if (numBytes >= 3 && juce::CharPointer_UTF8::isByteOrderMark (text))
+    {
+        text += 3;
+        numBytes -= 3;
+    }
+
+    // The text ends at a zero byte, as the chunk's framing ends it.
+    numBytes = strnlen (text, numBytes);
+
+    if (! juce::CharPointer_UTF8::isValidString (text, (int) numBytes))
+        return nullptr;
+
+    return parseXmlText (juce::String::fromUTF8 (text, (int) numBytes));
+}
+
+std::unique_ptr<juce::XmlElement> parseXmlFile (const juce::File& file)
+{
+    juce::MemoryBlock bytes;
+
+    if (! file.existsAsFile() || file.getSize() > maxXmlFileSize || ! file.loadFileAsData (bytes))
+        return nullptr;
+
+    return parseXmlUtf8 (bytes.getData(), bytes.getSize());
+}

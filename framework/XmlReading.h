@@ -1,0 +1,23 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+
+// Parsing for every document the plug-in reads from outside (state chunks,
+// settings, map and preset files). JUCE's parser is lenient where these
+// readers cannot be: it takes "</" without its ">" as the end of every open
+// element, so a document cut short there parses as a smaller, valid-looking
+// one, and it recurses once per nesting level, so a hostile document nested
+// a few hundred thousand levels deep exhausts the stack. The tags are
+// therefore checked first: each one closed, start and end tags pairing by
+// name, nothing left open at the end, and no nesting beyond maxXmlNestingDepth.
+// Bytes from outside must be valid UTF-8 (a byte-order mark is allowed):
+// JUCE's strings trust the encoding and walk past the end of malformed
+// sequences. Files far larger than any of ours are refused too. Returns
+// nullptr for anything that fails.
+inline constexpr int maxXmlNestingDepth = 256;
+inline constexpr juce::int64 maxXmlFileSize = 16 * 1024 * 1024;
+
+bool hasBalancedTags (const juce::String& text, int maxDepth);
+std::unique_ptr<juce::XmlElement> parseXmlText (const juce::String& text);
+std::unique_ptr<juce::XmlElement> parseXmlUtf8 (const void* data, size_t numBytes);
+std::unique_ptr<juce::XmlElement> parseXmlFile (const juce::File& file);

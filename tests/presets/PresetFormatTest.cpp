@@ -1,0 +1,155 @@
+// The preset, bank and non-presetable elements as documents: what is written,
+// what is accepted, and what a read leaves in place.
+#include "presets/NotPresetableParams.h"
+#include "presets/Preset.h"
+#include "presets/PresetBank.h"
+#include "framework/ParameterManager.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+    struct PresetFormat : testing::Test
+    {
+        PresetFormat() { parameters.load ("parameters.xml"); }
+
+        std::unique_ptr<juce::XmlElement> xml (const juce::String& text) { return juce::parseXML (text); }
+
+        PresetRecord marked() const
+        {
+            PresetRecord r;
+            r.name = "Before";
+            r.values.fill (0.25f);
+            return r;
+        }
+
+        juce::String presets (int count, const juce::String& prefix)
+        {
+            juce::String text;
+            for (int i = 0; i < count; ++i)
+                text << "<Preset application='Quorlane' name='" << prefix << i << "'><param name='FX' value='0.75'/></Preset>";
+            return text;
+        }
+
+        ParameterManager parameters;
+        PresetRecord defaults;
+    };
+}
+
+TEST_F (PresetFormat, ValuesAreWrittenToTheNearestMillionthAndNamedByParameter)
+{
+    PresetRecord record;
+    record.name = "Hall";
+    record.values[0] = 0.1234567f;
+    record.values[1] = 0.5f;
+    record.values[19] = 1.0f;
+
+    const auto element = Preset::write (record, parameters, "Quorlane");
+    EXPECT_EQ (element->getStringAttribute ("application"), "Quorlane");
+    ASSERT_EQ (element->getNumChildElements(), 20);
+    EXPECT_EQ (element->getChildElement (0)->getStringAttribute ("name"), "Early Size");
+    EXPECT_EQ (element->getChildElement (0)->getStringAttribute ("value"), "0.123457");
+    EXPECT_EQ (element->getChildElement (1)->getStringAttribute ("value"), "0.5");
+    EXPECT_EQ (element->getChildElement (19)->getStringAttribute ("name"), "Output Volume");
+    EXPECT_EQ (element->getChildElement (19)->getStringAttribute ("value"), "1");
+
+    PresetRecord back;
+    ASSERT_TRUE (Preset::read (*element, back, parameters, "Quorlane"));
+    EXPECT_EQ (back.name, "Hall");
+    EXPECT_FLOAT_EQ (back.values[0], 0.123457f);
+    EXPECT_EQ (back.values[19], 1.0f);
+}
+
+TEST_F (PresetFormat, APresetIsReadOnlyWhenItIsOursAndOnlyWhatItNames)
+{
+    auto record = marked();
+
+    for (const char* refused : { "<Preset name='X'><param name='FX' value='1'/></Preset>",
+                                 "<Preset application='Otherverb' name='X'/>",
+                                 "<PresetBank application='Quorlane' name='X'/>" })
+    {
+        EXPECT_FALSE (Preset::read (*xml (refused), record, parameters, "Quorlane")) << refused;
+        EXPECT_EQ (record.name, "Before");
+        EXPECT_EQ (record.values[18], 0.25f);
+    }
+
+    // Tags and attribute names in any case; the application in lower case.
+    ASSERT_TRUE (Preset::read (*xml ("<PRESET APPLICATION='quorlane' Name='Mixed'>"
+                                     "<PARAM NAME='FX' VALUE='0.75'/><param name='Late Size'/>"
+                                     "<param name='Quality' value='1'/><param name='No Such' value='1'/></PRESET>"),
+                               record, parameters, "Quorlane"));
+    EXPECT_EQ (record.name, "Mixed");
+    EXPECT_EQ (record.values[18], 0.75f);
+    EXPECT_EQ (record.values[6], 0.0f) << "a param without value reads as 0";
+    EXPECT_EQ (record.values[0], 0.25f) << "values it does not mention stay";
+
+    ASSERT_TRUE (Preset::read (*xml ("<Preset application='Quorlane'><param name='FX' value='nan'/>"
+                                     "<param name='Predelay' value='1e300'/><param name='Modulation' value='-4'/></Preset>"),
+                               record, parameters, "Quorlane"));
+    EXPECT_EQ (record.name, "unnamed");
+    EXPECT_EQ (record.values[18], 0.0f);
+    EXPECT_EQ (record.values[16], 1.0f);
+    EXPECT_EQ (record.values[15], 0.0f);
+}
+
+TEST_F (PresetFormat, GroupsFillTheSlotsInOrderAndTheRestIsNotUsed)
+{
+    PresetBankRecord bank;
+    const auto text = "<presetbank><PresetGroup>" + presets (23, "a") + "<Other/></PresetGroup>"
+                    + "<PresetGroup name='Wet'>" + presets (24, "b") + "</PresetGroup></presetbank>";
+    ASSERT_TRUE (PresetBank::read (*xml (text), bank, defaults, parameters, "Quorlane"));
+
+    EXPECT_EQ (bank.name, "Preset Bank");
+    ASSERT_EQ (bank.groups.size(), 3u);
+    EXPECT_EQ (bank.groups[0].name, "group 1");
+    EXPECT_EQ (bank.groups[0].count, 23);
+    EXPECT_EQ (bank.groups[1].name, "Wet");
+    EXPECT_EQ (bank.groups[1].count, 24);
+    EXPECT_EQ (bank.groups[2].name, "Not used");
+    EXPECT_EQ (bank.groups[2].count, 81);
+    EXPECT_EQ (bank.slots[22].name, "a22");
+    EXPECT_EQ (bank.slots[23].name, "b0");
+    EXPECT_EQ (bank.slots[46].values[18], 0.75f);
+    EXPECT_EQ (bank.slots[47].name, "Preset 48");
+    EXPECT_EQ (bank.slots[47].values[18], 0.0f);
+
+    // What is written reads back to the same bank.
+    PresetBankRecord again;
+    ASSERT_TRUE (PresetBank::read (*PresetBank::write (bank, parameters, "Quorlane"), again, defaults, parameters, "Quorlane"));
+    EXPECT_EQ (again.groups.size(), 3u);
+    EXPECT_EQ (again.groups[2].count, 81);
+    EXPECT_EQ (again.slots[47].name, "Preset 48");
+    EXPECT_EQ (again.slots[46].values, bank.slots[46].values);
+}
+
+TEST_F (PresetFormat, PresetsBeyondTheLastSlotAreDroppedAndNoGroupIsAdded)
+{
+    PresetBankRecord bank;
+    const auto text = "<PresetBank name='Big'><PresetGroup name='One'>" + presets (130, "p")
+                    + "</PresetGroup><PresetGroup name='Late'>" + presets (2, "q") + "</PresetGroup></PresetBank>";
+    ASSERT_TRUE (PresetBank::read (*xml (text), bank, defaults, parameters, "Quorlane"));
+
+    EXPECT_EQ (bank.name, "Big");
+    ASSERT_EQ (bank.groups.size(), 2u);
+    EXPECT_EQ (bank.groups[0].count, 128);
+    EXPECT_EQ (bank.groups[1].count, 0);
+    EXPECT_EQ (bank.slots[127].name, "p127");
+
+    EXPECT_FALSE (PresetBank::read (*xml ("<Preset application='Quorlane'/>"), bank, defaults, parameters, "Quorlane"));
+    EXPECT_EQ (bank.name, "Big");
+}
+
+TEST_F (PresetFormat, NotPresetableParamsCarryTheInternalParametersOnly)
+{
+    parameters.findParameter ("Quality")->setNormalisedValue (0.6666667f, false);
+    const auto element = NotPresetableParams::write (parameters, 20, 2);
+    ASSERT_EQ (element->getNumChildElements(), 2);
+    EXPECT_EQ (element->getChildElement (0)->getStringAttribute ("name"), "Quality");
+    EXPECT_EQ (element->getChildElement (0)->getStringAttribute ("value"), "0.666667");
+
+    ASSERT_TRUE (NotPresetableParams::read (*xml ("<NotPresetParams><param name='Quality' value='0.25'/>"
+                                                  "<param name='FX' value='0.9'/></NotPresetParams>"),
+                                            parameters, 20, 2));
+    EXPECT_EQ (parameters.findParameter ("Quality")->getNormalisedValue(), 0.25f);
+    EXPECT_EQ (parameters.findParameter ("FX")->getNormalisedValue(), 0.5f) << "presetable parameters are not its business";
+}

@@ -1,0 +1,333 @@
+// The preset manager of a whole plug-in instance: its bank, selection,
+// editing operations, files, settings, silent changes and project state.
+#include "engine/Quorlane.h"
+#include "tests/support/ScopedConfigHome.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+    struct CountingListener : BasePluginOldStyle::PresetManagerListener
+    {
+        void presetApplied (BasePluginOldStyle&) override { ++applied; }
+        void presetBankChanged (BasePluginOldStyle&) override { ++bankChanges; }
+        int applied = 0, bankChanges = 0;
+    };
+
+    std::array<float, 20> liveValues (Quorlane& plugin)
+    {
+        std::array<float, 20> values {};
+        for (uint32_t i = 0; i < 20; ++i)
+            values[i] = plugin.getPluginParameter (i)->getNormalisedValue();
+        return values;
+    }
+
+    juce::String presetNameParameter (Quorlane& plugin)
+    {
+        return plugin.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText();
+    }
+
+    int presetNumberParameter (Quorlane& plugin)
+    {
+        return plugin.getPluginParameter (BasePluginOldStyle::currentPresetNumberIndex)->getIntValue();
+    }
+
+    void runMessageLoop() { juce::MessageManager::getInstance()->runDispatchLoopUntil (20); }
+
+    juce::String settingsDocument (const juce::String& children)
+    {
+        return "<?xml version='1.0' encoding='UTF-8'?><UserSettings application='Quorlane'>" + children + "</UserSettings>";
+    }
+}
+
+TEST (PresetManager, ANewInstanceHasTheFactoryBankAndPlaysItsFirstPreset)
+{
+    Quorlane plugin;
+    const auto groups = plugin.getGroups();
+    ASSERT_EQ (groups.size(), 3u);
+    EXPECT_EQ (groups[0].name, "Dry/Wet");
+    EXPECT_EQ (groups[0].count, 23);
+    EXPECT_EQ (groups[1].name, "Wet");
+    EXPECT_EQ (groups[1].count, 24);
+    EXPECT_EQ (groups[2].name, "Not used");
+    EXPECT_EQ (plugin.getFirstSlotOfGroup (1), 23);
+    EXPECT_EQ (plugin.getSlotName (47), "Preset 48");
+
+    EXPECT_EQ (liveValues (plugin), plugin.getSlot (0)->values);
+    EXPECT_EQ (presetNumberParameter (plugin), 0);
+    EXPECT_EQ (presetNameParameter (plugin), "Cristal Cave [d/w]");
+    EXPECT_EQ (plugin.getDefaultPreset().name, "empty");
+}
+
+TEST (PresetManager, SteppingStopsAtEitherEndWithoutApplying)
+{
+    Quorlane plugin;
+    CountingListener listener;
+    plugin.addPresetManagerListener (&listener);
+
+    plugin.selectPreviousPreset();
+    EXPECT_EQ (plugin.getCurrentPresetIndex(), 0u);
+    EXPECT_EQ (listener.applied, 0);
+
+    plugin.selectNextPreset();
+    EXPECT_EQ (plugin.getCurrentPresetIndex(), 1u);
+    EXPECT_EQ (liveValues (plugin), plugin.getSlot (1)->values);
+    EXPECT_EQ (presetNameParameter (plugin), "Lead Tail [d/w]");
+    EXPECT_EQ (listener.applied, 1);
+
+    EXPECT_FALSE (plugin.selectPreset (128, true));
+    ASSERT_TRUE (plugin.selectPreset (127, true));
+    EXPECT_EQ (presetNumberParameter (plugin), 127);
+    EXPECT_NE (liveValues (plugin), plugin.getSlot (127)->values) << "selecting does not apply";
+
+    plugin.getPluginParameter (3)->setNormalisedValue (0.123f, true);
+    plugin.selectNextPreset();
+    EXPECT_EQ (plugin.getCurrentPresetIndex(), 127u);
+    EXPECT_EQ (plugin.getPluginParameter (3)->getNormalisedValue(), 0.123f);
+    EXPECT_EQ (listener.applied, 1);
+    plugin.removePresetManagerListener (&listener);
+}
+
+TEST (PresetManager, CopyPasteStoreAndRenameEditOnlyTheCurrentSlot)
+{
+    Quorlane plugin;
+    plugin.changeToPreset (25);
+    const auto hall = plugin.getSlot (25)->values;
+
+    plugin.pasteCopiedPreset();
+    EXPECT_FALSE (plugin.hasCopiedPreset());
+    EXPECT_EQ (plugin.getSlotName (25), "Concert hall") << "paste before any copy does nothing";
+
+    plugin.copyCurrentPreset();
+    plugin.changeToPreset (60);
+    plugin.pasteCopiedPreset();
+    EXPECT_EQ (plugin.getSlotName (60), "Concert hall_copy");
+    EXPECT_EQ (presetNameParameter (plugin), "Concert hall_copy");
+    EXPECT_EQ (plugin.getSlot (60)->values, hall);
+    EXPECT_EQ (liveValues (plugin), hall);
+    EXPECT_EQ (plugin.getSlotName (25), "Concert hall");
+
+    plugin.getPluginParameter (0)->setNormalisedValue (0.9f, true);
+    EXPECT_NE (plugin.getSlot (60)->values[0], 0.9f) << "on-demand storing waits for store";
+    plugin.storeCurrentPreset();
+    EXPECT_EQ (plugin.getSlot (60)->values[0], 0.9f);
+    EXPECT_EQ (plugin.getSlotName (60), "Concert hall_copy") << "store keeps the name";
+
+    plugin.renameSlot (61, "Elsewhere");
+    EXPECT_EQ (presetNameParameter (plugin), "Concert hall_copy");
+    plugin.renameSlot (60, "Mine");
+    EXPECT_EQ (presetNameParameter (plugin), "Mine");
+    plugin.renameSlot (128, "Nowhere");
+    plugin.storeSlot (-1);
+
+    plugin.resetBank();
+    EXPECT_EQ (plugin.getSlotName (60), "Preset 61");
+    EXPECT_EQ (plugin.getSlot (0)->values, plugin.getDefaultPreset().values);
+    ASSERT_EQ (plugin.getGroups().size(), 1u);
+    EXPECT_EQ (plugin.getGroups()[0].count, 128);
+}
+
+TEST (PresetManager, AutomaticStoringKeepsTheCurrentSlotInStep)
+{
+    ScopedConfigHome home;
+    Quorlane plugin;
+    plugin.changeToPreset (2);
+    plugin.getPluginParameter (5)->setNormalisedValue (0.8f, true);
+
+    plugin.setStoringMode (BasePluginOldStyle::automaticStoring);
+    EXPECT_EQ (plugin.getSlot (2)->values[5], 0.8f) << "switching to automatic stores at once";
+
+    plugin.getPluginParameter (7)->setNormalisedValue (0.3f, true);
+    EXPECT_EQ (plugin.getSlot (2)->values[7], 0.3f);
+    EXPECT_NE (plugin.getSlot (3)->values[7], 0.3f);
+}
+
+TEST (PresetManager, FilesLoadIntoTheirSlotAndABankAppliesTheCurrentPreset)
+{
+    const juce::TemporaryFile presetFile (".qlprs"), bankFile (".qlprsb");
+    Quorlane plugin;
+    plugin.changeToPreset (25);
+    ASSERT_TRUE (plugin.savePresetFile (presetFile.getFile(), 25));
+    ASSERT_TRUE (plugin.saveBankFile (bankFile.getFile()));
+    EXPECT_TRUE (presetFile.getFile().loadFileAsString().startsWith ("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"));
+
+    ASSERT_TRUE (plugin.loadPresetFile (presetFile.getFile(), 3));
+    EXPECT_EQ (plugin.getSlotName (3), "Concert hall");
+    EXPECT_EQ (plugin.getSlot (3)->values, plugin.getSlot (25)->values);
+
+    EXPECT_FALSE (plugin.loadPresetFile (presetFile.getFile(), 128));
+
+    plugin.resetBank();
+    ASSERT_TRUE (plugin.loadBankFile (bankFile.getFile()));
+    EXPECT_EQ (plugin.getLastBankFolder(), bankFile.getFile().getParentDirectory());
+    EXPECT_EQ (plugin.getSlotName (46), "Big Tunnel");
+    EXPECT_EQ (liveValues (plugin), plugin.getSlot (25)->values) << "the current preset is applied after a bank load";
+    plugin.changeToPreset (50);
+    EXPECT_EQ (presetNameParameter (plugin), "Preset 51");
+}
+
+TEST (PresetManager, SettingsChooseHowTheBankIsFilledAndAreSavedWhenChanged)
+{
+    ScopedConfigHome home;
+    const juce::TemporaryFile bankFile (".qlprsb");
+
+    {
+        Quorlane plugin;
+        plugin.renameSlot (0, "From my bank");
+        ASSERT_TRUE (plugin.saveBankFile (bankFile.getFile()));
+    }
+
+    home.writeSettings (settingsDocument ("<ResourcesSettings><Presets default='CLEARpresets'/></ResourcesSettings>"
+                                          "<PresetSettings storing='Automatic' changing='Silent'/>"));
+    {
+        Quorlane plugin;
+        EXPECT_EQ (plugin.getDefaultPresetsMode(), BasePluginOldStyle::clearPresets);
+        EXPECT_EQ (plugin.getSlotName (0), "Preset 1");
+        EXPECT_EQ (plugin.getStoringMode(), BasePluginOldStyle::automaticStoring);
+        EXPECT_EQ (plugin.getChangingType(), BasePluginOldStyle::silentChange);
+    }
+
+    // An unknown keyword leaves the mode where it was: factory presets.
+    home.writeSettings (settingsDocument ("<ResourcesSettings><Presets default='userPresets' file='x'/></ResourcesSettings>"));
+    EXPECT_EQ (Quorlane().getSlotName (0), "Cristal Cave [d/w]");
+
+    for (const auto& file : { bankFile.getFile().getFullPathName(), juce::String ("/no/such/bank.qlprsb"), juce::String() })
+    {
+        home.writeSettings (settingsDocument ("<ResourcesSettings><Presets default='userDefinedPresets' file='"
+                                              + file + "'/></ResourcesSettings>"));
+        Quorlane plugin;
+        EXPECT_EQ (plugin.getDefaultPresetsMode(), BasePluginOldStyle::userDefinedPresets);
+        EXPECT_EQ (plugin.getSlotName (0), file == bankFile.getFile().getFullPathName() ? "From my bank" : "Cristal Cave [d/w]") << file;
+    }
+
+    // A change from the settings page is written at once, beside the other settings.
+    Quorlane plugin;
+    plugin.setDefaultPresetsFile (bankFile.getFile());
+    plugin.setChangingType (BasePluginOldStyle::normalChange);
+    plugin.setStoringMode (BasePluginOldStyle::onDemandStoring);
+    const auto saved = juce::parseXML (home.settingsFile());
+    ASSERT_NE (saved, nullptr);
+    const auto* resources = saved->getChildByName ("ResourcesSettings");
+    ASSERT_NE (resources, nullptr);
+    int resourcesElements = 0;
+    for (auto* child : saved->getChildIterator())
+        resourcesElements += child->getTagName() == "ResourcesSettings" ? 1 : 0;
+    EXPECT_EQ (resourcesElements, 1) << saved->toString();
+    ASSERT_NE (resources->getChildByName ("Presets"), nullptr);
+    EXPECT_EQ (resources->getChildByName ("Presets")->getStringAttribute ("default"), "userDefinedPresets");
+    EXPECT_EQ (resources->getChildByName ("Presets")->getStringAttribute ("file"), bankFile.getFile().getFullPathName());
+    EXPECT_NE (resources->getChildByName ("MidiCCMap"), nullptr);
+    EXPECT_EQ (saved->getChildByName ("PresetSettings")->getStringAttribute ("storing"), "onDemand");
+    EXPECT_EQ (saved->getChildByName ("PresetSettings")->getStringAttribute ("changing"), "normal");
+}
+
+TEST (PresetManager, ASilentChangeMutesAppliesAtTheQuietPointAndComesBack)
+{
+    ScopedConfigHome home;
+    Quorlane plugin;
+    plugin.setChangingType (BasePluginOldStyle::silentChange);
+    plugin.changeToPreset (32);
+    EXPECT_EQ (liveValues (plugin), plugin.getSlot (32)->values) << "an instance that is not playing changes at once";
+
+    constexpr int blockSize = 512, numBlocks = 60;
+    plugin.setPlayConfigDetails (2, 2, 48000.0, blockSize);
+    plugin.prepareToPlay (48000.0, blockSize);
+    juce::AudioBuffer<float> buffer (2, blockSize);
+    juce::MidiBuffer midi;
+    std::vector<float> output;
+
+    for (int block = 0; block < numBlocks; ++block)
+    {
+        for (int i = 0; i < blockSize; ++i)
+            for (int c = 0; c < 2; ++c)
+                buffer.setSample (c, i, 0.3f * (float) std::sin (0.05 * (block * blockSize + i)));
+
+        if (block == 10)
+        {
+            plugin.changeToPreset (12);
+            EXPECT_EQ (plugin.getCurrentPresetIndex(), 12u);
+            EXPECT_EQ (liveValues (plugin), plugin.getSlot (32)->values) << "the values wait for the quiet point";
+        }
+
+        plugin.processBlock (buffer, midi);
+        output.insert (output.end(), buffer.getReadPointer (0), buffer.getReadPointer (0) + blockSize);
+    }
+
+    EXPECT_EQ (liveValues (plugin), plugin.getSlot (12)->values);
+    runMessageLoop();
+    EXPECT_EQ (presetNameParameter (plugin), "Metal Walls [d/w]");
+
+    // Held silence of about 4350 samples at 48 kHz, sound before and after it.
+    size_t longestSilence = 0, run = 0, silenceEnd = 0;
+    for (size_t i = 10 * blockSize; i < output.size(); ++i)
+    {
+        run = std::abs (output[i]) < 1.0e-6f ? run + 1 : 0;
+        if (run > longestSilence) { longestSilence = run; silenceEnd = i; }
+    }
+
+    EXPECT_GT (longestSilence, 4000u);
+    EXPECT_LT (longestSilence, 6000u);
+    const auto peakIn = [&output] (size_t from, size_t to)
+    {
+        float peak = 0.0f;
+        for (size_t i = from; i < to; ++i) peak = std::max (peak, std::abs (output[i]));
+        return peak;
+    };
+    EXPECT_GT (peakIn (9 * blockSize, 10 * blockSize), 0.05f);
+    EXPECT_GT (peakIn (output.size() - blockSize, output.size()), 0.05f);
+    EXPECT_LT (silenceEnd, output.size() - 4 * blockSize) << "the output came back";
+}
+
+TEST (PresetManager, ProgramChangesSelectAndApplyPresets)
+{
+    Quorlane plugin;
+    plugin.setPlayConfigDetails (2, 2, 48000.0, 256);
+    plugin.prepareToPlay (48000.0, 256);
+    juce::AudioBuffer<float> buffer (2, 256);
+    buffer.clear();
+    juce::MidiBuffer midi;
+    midi.addEvent (juce::MidiMessage::programChange (1, 30), 100);
+    plugin.processBlock (buffer, midi);
+
+    EXPECT_EQ (plugin.getCurrentPresetIndex(), 30u);
+    EXPECT_EQ (presetNumberParameter (plugin), 30);
+    EXPECT_EQ (liveValues (plugin), plugin.getSlot (30)->values);
+    runMessageLoop();
+    EXPECT_EQ (presetNameParameter (plugin), "Hard Walls");
+}
+
+TEST (PresetManager, TheProjectStateKeepsTheCurrentPresetAndTheWholeBank)
+{
+    Quorlane source;
+    source.changeToPreset (9);
+    source.renameSlot (4, "Renamed");
+    source.getPluginParameter (1)->setNormalisedValue (0.1f, true);
+    juce::MemoryBlock chunk;
+    source.getStateInformation (chunk);
+
+    const auto xml = juce::AudioProcessor::getXmlFromBinary (chunk.getData(), (int) chunk.getSize());
+    ASSERT_NE (xml, nullptr);
+    ASSERT_EQ (xml->getChildElement (1)->getTagName(), "PresetsState") << "right after ParametersState";
+    EXPECT_EQ (xml->getChildElement (1)->getStringAttribute ("currentPreset"), "9");
+
+    Quorlane restored;
+    restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 9u);
+    EXPECT_EQ (restored.getSlotName (4), "Renamed");
+    EXPECT_EQ (presetNameParameter (restored), "Smooth Piano Ballad [d/w]");
+    EXPECT_EQ (restored.getPluginParameter (1)->getNormalisedValue(), 0.1f) << "the live values, not the slot's";
+
+    juce::MemoryBlock again;
+    restored.getStateInformation (again);
+    EXPECT_EQ (again, chunk);
+
+    // A current preset beyond the slots is rejected; the bank still loads.
+    auto edited = std::make_unique<juce::XmlElement> (*xml);
+    edited->getChildByName ("PresetsState")->setAttribute ("currentPreset", 200);
+    edited->getChildByName ("PresetsState")->getChildElement (0)->getChildElement (0)->getChildElement (4)->setAttribute ("name", "Again");
+    juce::MemoryBlock block;
+    juce::AudioProcessor::copyXmlToBinary (*edited, block);
+    restored.setStateInformation (block.getData(), (int) block.getSize());
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 9u);
+    EXPECT_EQ (restored.getSlotName (4), "Again");
+}
