@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace
 {
     const char* const parameterNames[] = {
@@ -57,6 +59,38 @@ namespace
         }
 
         pumpMessages();
+    }
+
+    // Our own PluginState document, found inside what a format's host saved:
+    // VST3 keeps the plug-in's chunk base64-encoded in an XML element, LV2 in
+    // a quoted Turtle literal; either way it starts with the chunk's magic.
+    std::unique_ptr<juce::XmlElement> pluginStateInside (const juce::MemoryBlock& hostState)
+    {
+        juce::StringArray candidates;
+
+        if (auto xml = juce::AudioProcessor::getXmlFromBinary (hostState.getData(), (int) hostState.getSize()))
+            for (auto* child : xml->getChildIterator())
+                candidates.add (child->getAllSubText().trim());
+        else
+            candidates.addTokens (hostState.toString(), "\"", {});
+
+        for (const auto& candidate : candidates)
+        {
+            juce::MemoryBlock chunk;
+
+            if (candidate.isEmpty() || ! chunk.fromBase64Encoding (candidate))
+                continue;
+
+            const auto* bytes = static_cast<const char*> (chunk.getData());
+
+            for (size_t i = 0; i + 8 <= chunk.getSize(); ++i)
+                if (std::memcmp (bytes + i, "VC2!", 4) == 0)
+                    if (auto state = juce::AudioProcessor::getXmlFromBinary (bytes + i, (int) (chunk.getSize() - i)))
+                        if (state->getTagName() == "PluginState")
+                            return state;
+        }
+
+        return nullptr;
     }
 
     class HostedPlugin : public ::testing::TestWithParam<Format>
@@ -155,25 +189,54 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
                               + "\" CC=\"" + juce::String (controller) + "\"/></MidiControlMap>");
         return file.getFullPathName();
     };
-    const auto settings = [&] (const char* quality, const juce::String& map)
+    // The first instance starts from a bank of the user's own, whose slot
+    // names the second instance (on the factory bank) can only learn from the
+    // saved state.
+    const auto bankFile = home.getFolder().getChildFile ("session.qlprsb");
+    bankFile.replaceWithText ("<PresetBank name=\"Session\"><PresetGroup name=\"Mine\">"
+                              "<Preset application=\"Quorlane\" name=\"Vocal Tweak\"><param name=\"Late Size\" value=\"0.25\"/></Preset>"
+                              "<Preset application=\"Quorlane\" name=\"Drum Room Edit\"><param name=\"Late Size\" value=\"0.5\"/></Preset>"
+                              "</PresetGroup></PresetBank>");
+    const auto settings = [&] (const char* quality, const juce::String& map, const juce::String& presets)
     {
         home.writeSettings ("<UserSettings application=\"Quorlane\"><QualitySettings default=\"" + juce::String (quality)
-                            + "\"/><ResourcesSettings><MidiCCMap file=\"" + map + "\"/></ResourcesSettings></UserSettings>");
+                            + "\"/><ResourcesSettings><MidiCCMap file=\"" + map + "\"/>" + presets
+                            + "</ResourcesSettings></UserSettings>");
     };
 
-    settings ("high", mapFile ("FX", 74));
+    settings ("high", mapFile ("FX", 74),
+              "<Presets default=\"userDefinedPresets\" file=\"" + bankFile.getFullPathName() + "\"/>");
     auto source = instantiate();
     ASSERT_NE (source, nullptr);
+
+    // A program change from the host chooses the current preset.
+    {
+        juce::AudioBuffer<float> buffer (2, 256);
+        juce::MidiBuffer midi;
+        buffer.clear();
+        midi.addEvent (juce::MidiMessage::programChange (1, 1), 0);
+        source->processBlock (buffer, midi);
+    }
 
     parameterNamed (*source, "Late Feedback")->setValueNotifyingHost (0.875f);
     parameterNamed (*source, "Predelay")->setValueNotifyingHost (0.125f);
     processBlocks (*source, 2);
+    pumpMessages();
 
     juce::MemoryBlock state;
     source->getStateInformation (state);
     ASSERT_GT (state.getSize(), 0u);
 
-    settings ("low", mapFile ("Late Size", 74));
+    const auto saved = pluginStateInside (state);
+    ASSERT_NE (saved, nullptr);
+    const auto* presetsState = saved->getChildByName ("PresetsState");
+    ASSERT_NE (presetsState, nullptr);
+    EXPECT_EQ (presetsState->getIntAttribute ("currentPreset"), 1) << "the program change is in the state";
+    EXPECT_TRUE (presetsState->toString().contains ("Drum Room Edit")) << "the user's slot names are in the state";
+    EXPECT_EQ (saved->getChildByName ("UniqueData")->getStringAttribute ("quality"), "high");
+    EXPECT_TRUE (saved->getChildByName ("MidiControlMap")->toString().contains ("CC=\"74\""));
+
+    settings ("low", mapFile ("Late Size", 74), "<Presets default=\"factoryPresets\"/>");
     auto restored = instantiate();
     ASSERT_NE (restored, nullptr);
 

@@ -265,12 +265,14 @@ TEST_F (Vst2Abi, StateChunkRestoresIntoAFreshInstance)
 
 // A controller mapping and the quality, given to one instance through its own
 // chunk edited as a host-side tool might, then carried to a fresh instance.
-TEST_F (Vst2Abi, StateChunkCarriesTheControllerMapAndQuality)
+TEST_F (Vst2Abi, StateChunkCarriesPresetsControllerMapAndQuality)
 {
     auto document = documentOf (plugin.chunk());
     replaceIn (document, "<MidiControlMap name=\"Quorlane\"/>",
                "<MidiControlMap name=\"Quorlane\"><assign param=\"FX\" CC=\"74\"/></MidiControlMap>");
     replaceIn (document, "<UniqueData quality=\"low\"/>", "<UniqueData quality=\"highest\"/>");
+    replaceIn (document, "currentPreset=\"0\"", "currentPreset=\"5\"");
+    replaceIn (document, "name=\"Cristal Cave [d/w]\"", "name=\"My Own Cave\"");
     const auto edited = chunkOf (document);
     plugin.call (effSetChunk, 0, (intptr_t) edited.size(), const_cast<char*> (edited.data()));
 
