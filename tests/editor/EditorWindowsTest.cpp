@@ -37,35 +37,35 @@ TEST (EditorWindows, BrowserAndAboutOpenOnScreenAndClose)
     editor->addToDesktop (0);
     editor->setVisible (true);
     EditorTest::pumpMessages();
+    const auto fire = [&shell] (int event)
+    {
+        shell.handleEvent (event, nullptr);
+        EditorTest::pumpMessages();
+    };
 
-    shell.handleEvent (EventRegistry::browsePresets, nullptr);
-    EditorTest::pumpMessages();
+    fire (EventRegistry::browsePresets);
     auto* browser = findWindow<OldStylePresetBrowserWindow>();
     ASSERT_NE (browser, nullptr) << "\"Browse presets\" opens the browser";
     EXPECT_TRUE (browser->isOnDesktop());
     EXPECT_GT (browser->getWidth(), 300);
 
-    shell.handleEvent (EventRegistry::browsePresets, nullptr);
-    EditorTest::pumpMessages();
+    fire (EventRegistry::browsePresets);
     EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr) << "a second press closes it";
 
-    shell.handleEvent (EventRegistry::browsePresets, nullptr);
-    EditorTest::pumpMessages();
+    fire (EventRegistry::browsePresets);
     ASSERT_NE (browser = findWindow<OldStylePresetBrowserWindow>(), nullptr);
     browser->closeButtonPressed();
     EditorTest::pumpMessages();
     EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr) << "its close button closes it";
 
-    shell.handleEvent (EventRegistry::about, nullptr);
-    EditorTest::pumpMessages();
+    fire (EventRegistry::about);
     auto* about = findDialog ("About Quorlane");
     ASSERT_NE (about, nullptr);
     about->closeButtonPressed();
     EditorTest::pumpMessages();
     EXPECT_EQ (findDialog ("About Quorlane"), nullptr);
 
-    shell.handleEvent (EventRegistry::browsePresets, nullptr);
-    EditorTest::pumpMessages();
+    fire (EventRegistry::browsePresets);
     ASSERT_NE (findWindow<OldStylePresetBrowserWindow>(), nullptr);
     editor.reset();
     EditorTest::pumpMessages();

@@ -49,21 +49,13 @@ TEST (FilmStrip, KnobFramesFollowTheValueAndTheParameter)
     EXPECT_EQ (knob.getSliderStyle(), juce::Slider::RotaryVerticalDrag);
     EXPECT_FLOAT_EQ ((float) knob.getValue(), earlySize->getNormalisedValue()) << "shows the parameter once built";
 
-    earlySize->setNormalisedValue (0.5f, true);
-    earlySize->flushDeferredNotification();
-    EXPECT_EQ (knob.getShownFrame(), 30);
-
-    earlySize->setNormalisedValue (0.0f, true);
-    earlySize->flushDeferredNotification();
-    EXPECT_EQ (knob.getShownFrame(), 0);
-
-    earlySize->setNormalisedValue (1.0f, true);
-    earlySize->flushDeferredNotification();
-    EXPECT_EQ (knob.getShownFrame(), 60);
-
-    earlySize->setNormalisedValue (0.0085f, true); // 0.5185 frames rounds up
-    earlySize->flushDeferredNotification();
-    EXPECT_EQ (knob.getShownFrame(), 1);
+    // 0.0085 is 0.5185 frames, which rounds up.
+    for (const auto& [value, frame] : { std::pair { 0.5f, 30 }, std::pair { 0.0f, 0 }, std::pair { 1.0f, 60 }, std::pair { 0.0085f, 1 } })
+    {
+        earlySize->setNormalisedValue (value, true);
+        earlySize->flushDeferredNotification();
+        EXPECT_EQ (knob.getShownFrame(), frame) << value;
+    }
 
     knob.setValue (0.25, juce::sendNotificationSync);
     EXPECT_FLOAT_EQ (earlySize->getNormalisedValue(), 0.25f) << "a user movement writes the parameter";

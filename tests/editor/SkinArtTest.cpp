@@ -1,3 +1,4 @@
+#include "editor/SkinValues.h"
 #include "engine/Quorlane.h"
 #include "framework/Resources.h"
 
@@ -14,12 +15,6 @@ namespace
     std::unique_ptr<juce::XmlElement> loadSkin()
     {
         return juce::parseXML (Resources::getText ("skin.xml"));
-    }
-
-    juce::Image loadImage (const juce::String& fileName)
-    {
-        const auto data = Resources::getData (fileName);
-        return juce::ImageFileFormat::loadFrom (data.getData(), data.getSize());
     }
 
     juce::Rectangle<int> boundsOf (const juce::XmlElement& control)
@@ -74,7 +69,7 @@ TEST (SkinArt, EveryImageHasTheGeometryTheSkinGivesIt)
     EXPECT_EQ (skin->getTagName(), "PluginEditor");
     EXPECT_EQ (skin->getStringAttribute ("application"), "Quorlane");
 
-    const auto background = loadImage (skin->getStringAttribute ("background"));
+    const auto background = SkinValues::loadImage (skin->getStringAttribute ("background"));
     EXPECT_EQ (background.getBounds(), juce::Rectangle<int> (633, 207));
 
     for (const auto* control : skin->getChildIterator())
@@ -84,7 +79,7 @@ TEST (SkinArt, EveryImageHasTheGeometryTheSkinGivesIt)
         const auto* gfx = control->getChildByName ("gfx");
         ASSERT_NE (gfx, nullptr) << name;
 
-        const auto strip = loadImage (gfx->getStringAttribute ("resource"));
+        const auto strip = SkinValues::loadImage (gfx->getStringAttribute ("resource"));
         ASSERT_TRUE (strip.isValid()) << name << ": no image " << gfx->getStringAttribute ("resource");
 
         if (tag == "Display" || tag == "DisplayFloat")
@@ -197,7 +192,7 @@ TEST (SkinArt, ControlsLieInsideThePanelWithoutOverlapping)
 
 TEST (SkinArt, FontHasADistinctLightGlyphForEveryPrintableAsciiCharacter)
 {
-    const auto font = loadImage ("Fonts.png");
+    const auto font = SkinValues::loadImage ("Fonts.png");
     ASSERT_EQ (font.getBounds(), juce::Rectangle<int> (7, 1728));
     constexpr int cellHeight = 9;
     const auto cell = [] (int code) { return code - 32; };

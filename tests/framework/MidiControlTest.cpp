@@ -153,24 +153,44 @@ TEST_F (MidiControlTest, ListenersHearLearnModeAtOnceAndTheRestOnTheMessageThrea
     control.removeListener (&second);
 }
 
-TEST_F (MidiControlTest, AWrittenMapReadsBackToTheSameSlots)
+// A map written for the project state, or saved as a file, reads back into
+// another control (clearing what it held and leaving learn mode) slot for slot.
+TEST_F (MidiControlTest, AWrittenMapReadsBackToTheSameSlotsAndFilesBelongToThePlugin)
 {
     control.assign (0, &param ("Early Size"), true);
     control.assign (64, &param ("FX"), true);
     control.assign (127, &param ("Output Volume"), true);
     const auto written = control.writeMap ("live set");
-
     EXPECT_EQ (written->getTagName(), "MidiControlMap");
     EXPECT_EQ (written->getStringAttribute ("name"), "live set");
 
-    MidiControl other { parameters, [] { return juce::String ("Quorlane"); } };
-    other.assign (5, &param ("Late Size"), true);
-    other.setLearnMode (true);
-    other.readMap (*written);
+    const juce::TemporaryFile temp (MidiControl::fileExtension);
+    ASSERT_TRUE (control.saveFile (temp.getFile()));
 
-    EXPECT_FALSE (other.isLearnMode());
-    for (int c = 0; c < MidiControl::numControllers; ++c)
-        EXPECT_EQ (other.getParameterAt (c), control.getParameterAt (c)) << c;
+    MidiControl fromMap { parameters, [] { return juce::String ("Quorlane"); } };
+    MidiControl fromFile { parameters, [] { return juce::String ("Quorlane"); } };
+
+    for (auto* other : { &fromMap, &fromFile })
+    {
+        other->assign (5, &param ("Late Size"), true);
+        other->setLearnMode (true);
+    }
+
+    fromMap.readMap (*written);
+    ASSERT_TRUE (fromFile.loadFile (temp.getFile()));
+
+    for (auto* other : { &fromMap, &fromFile })
+    {
+        EXPECT_FALSE (other->isLearnMode());
+        for (int c = 0; c < MidiControl::numControllers; ++c)
+            EXPECT_EQ (other->getParameterAt (c), control.getParameterAt (c)) << c;
+    }
+
+    MidiControl foreign { parameters, [] { return juce::String ("Elsewhere"); } };
+    foreign.assign (1, &param ("FX"), true);
+    EXPECT_FALSE (foreign.loadFile (temp.getFile()));
+    EXPECT_FALSE (foreign.loadFile (temp.getFile().getSiblingFile ("missing.qlmidi")));
+    EXPECT_EQ (foreign.getParameterAt (1), &param ("FX")) << "a refused file changes nothing";
 }
 
 TEST_F (MidiControlTest, ReadingSkipsWhatCannotBeBound)
@@ -191,21 +211,4 @@ TEST_F (MidiControlTest, ReadingSkipsWhatCannotBeBound)
 
     EXPECT_EQ (control.getMappedCount(), 1);
     EXPECT_EQ (control.getParameterAt (10), &param ("Early Size")) << "a later assignment of the same parameter wins";
-}
-
-TEST_F (MidiControlTest, MapFilesBelongToThePlugin)
-{
-    const juce::TemporaryFile temp (MidiControl::fileExtension);
-    control.assign (12, &param ("Modulation"), true);
-    ASSERT_TRUE (control.saveFile (temp.getFile()));
-
-    MidiControl other { parameters, [] { return juce::String ("Quorlane"); } };
-    ASSERT_TRUE (other.loadFile (temp.getFile()));
-    EXPECT_EQ (other.getParameterAt (12), &param ("Modulation"));
-
-    MidiControl foreign { parameters, [] { return juce::String ("Elsewhere"); } };
-    foreign.assign (1, &param ("FX"), true);
-    EXPECT_FALSE (foreign.loadFile (temp.getFile()));
-    EXPECT_FALSE (foreign.loadFile (temp.getFile().getSiblingFile ("missing.qlmidi")));
-    EXPECT_EQ (foreign.getParameterAt (1), &param ("FX")) << "a refused file changes nothing";
 }

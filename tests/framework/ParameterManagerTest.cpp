@@ -3,6 +3,7 @@
 #include "framework/IntParameter.h"
 #include "framework/ParameterManager.h"
 #include "framework/Resources.h"
+#include "tests/support/ParameterNames.h"
 
 #include <gtest/gtest.h>
 
@@ -40,25 +41,19 @@ TEST (ParameterDescription, DeclaresTheTwentyTwoParameters)
     manager.load ("parameters.xml");
     ASSERT_EQ (manager.getNumParameters(), 22);
 
-    const struct { const char* name; float value; } expected[] = {
-        { "Early Size", 0.5f }, { "Early Diffusion", 0.5f }, { "Early Attenuation", 1.0f },
-        { "Early EQ Frequency", 0.5f }, { "Early EQ Gain", 0.5f }, { "Early EQ Bandwidth", 0.5f },
-        { "Late Size", 0.5f }, { "Late Diffusion", 0.5f }, { "Late Feedback", 0.5f },
-        { "Late Attenuation", 1.0f }, { "Late Bass Cut", 0.0f }, { "Late EQ Frequency", 0.5f },
-        { "Late EQ Gain", 0.5f }, { "Late EQ Bandwidth", 0.5f }, { "X Fader", 0.5f },
-        { "Modulation", 0.2f }, { "Predelay", 0.0f }, { "Wet Gain", 0.0f }, { "FX", 0.5f },
-        { "Output Volume", 0.5f }, { "Quality", 0.0f }, { "Decay Time", 0.0f },
-    };
+    const float defaults[] = { 0.5f, 0.5f, 1.0f, 0.5f, 0.5f, 0.5f, 0.5f, 0.5f, 0.5f, 1.0f, 0.0f,
+                               0.5f, 0.5f, 0.5f, 0.5f, 0.2f, 0.0f, 0.0f, 0.5f, 0.5f, 0.0f, 0.0f };
 
     for (uint32_t i = 0; i < 22; ++i)
     {
+        const juce::String name = i < 20 ? quorlaneParameterNames[i] : i == 20 ? "Quality" : "Decay Time";
         auto* p = dynamic_cast<FloatParameter*> (manager.getParameter (i));
         ASSERT_NE (p, nullptr) << i;
-        EXPECT_EQ (p->getName(), expected[i].name);
-        EXPECT_EQ (p->getValue(), expected[i].value) << p->getName();
-        EXPECT_EQ (p->isAutomatable(), i < 20) << p->getName();
+        EXPECT_EQ (p->getName(), name);
+        EXPECT_EQ (p->getValue(), defaults[i]) << name;
+        EXPECT_EQ (p->isAutomatable(), i < 20) << name;
         EXPECT_EQ (p->getMaximum(), i == 21 ? 1000.0f : 1.0f);
-        EXPECT_EQ (manager.findParameter (expected[i].name), p);
+        EXPECT_EQ (manager.findParameter (name), p);
     }
 
     EXPECT_EQ (manager.findParameter ("early size"), nullptr) << "names match exactly";

@@ -83,18 +83,22 @@ namespace
     }
 
     using Log = std::vector<std::string>;
+
+    // One block through the effect: what the core and the effect logged.
+    Log process (TestEffect& fx, juce::AudioBuffer<float>& buffer, juce::MidiBuffer midi = {})
+    {
+        fx.log.clear();
+        fx.processBlock (buffer, midi);
+        return fx.log;
+    }
 }
 
 TEST (ProcessingFrame, APlainBlockIsOneRenderCall)
 {
     TestEffect fx;
     fx.prepareToPlay (48000.0, 512);
-    fx.log.clear();
     auto buffer = ramp (2, 512);
-    juce::MidiBuffer midi;
-    fx.processBlock (buffer, midi);
-
-    EXPECT_EQ (fx.log, (Log { "stereo 512" }));
+    EXPECT_EQ (process (fx, buffer), (Log { "stereo 512" }));
     EXPECT_EQ (buffer.getSample (0, 511), 1024.0f);
     EXPECT_EQ (buffer.getSample (1, 0), -3.0f);
 }
@@ -103,7 +107,6 @@ TEST (ProcessingFrame, SplitsAtMidiEventsSoControlIsSampleAccurate)
 {
     TestEffect fx;
     fx.prepareToPlay (48000.0, 256);
-    fx.log.clear();
     auto buffer = ramp (2, 256);
     juce::MidiBuffer midi;
     midi.addEvent (juce::MidiMessage::controllerEvent (1, 7, 100), 0);
@@ -111,9 +114,7 @@ TEST (ProcessingFrame, SplitsAtMidiEventsSoControlIsSampleAccurate)
     midi.addEvent (juce::MidiMessage::programChange (1, 2), 100);
     midi.addEvent (juce::MidiMessage::programChange (1, 4), 200);
     midi.addEvent (juce::MidiMessage::noteOn (1, 60, 0.5f), 220);
-    fx.processBlock (buffer, midi);
-
-    EXPECT_EQ (fx.log, (Log { "cc 7", "stereo 100", "cc 10", "program 2", "stereo 100", "stereo 20", "stereo 36" }))
+    EXPECT_EQ (process (fx, buffer, midi), (Log { "cc 7", "stereo 100", "cc 10", "program 2", "stereo 100", "stereo 20", "stereo 36" }))
         << "an event at 0 comes before any audio with no empty render; program 4 is beyond the presets; "
            "every event splits the block, a note too, though nothing handles it";
 
@@ -126,20 +127,14 @@ TEST (ProcessingFrame, MonoLayoutsUseTheMonoRenderAndClearSpareOutputs)
     TestEffect fx;
     fx.setPlayConfigDetails (1, 2, 48000.0, 64);
     fx.prepareToPlay (48000.0, 64);
-    fx.log.clear();
-
     auto buffer = ramp (2, 64);
-    juce::MidiBuffer midi;
-    fx.processBlock (buffer, midi);
-    EXPECT_EQ (fx.log, (Log { "mono 64" }));
+    EXPECT_EQ (process (fx, buffer), (Log { "mono 64" }));
     EXPECT_EQ (buffer.getSample (0, 10), 22.0f);
     EXPECT_EQ (buffer.getMagnitude (1, 0, 64), 0.0f);
 
     fx.setPlayConfigDetails (1, 1, 48000.0, 64);
-    fx.log.clear();
     auto mono = ramp (1, 64);
-    fx.processBlock (mono, midi);
-    EXPECT_EQ (fx.log, (Log { "mono 64" }));
+    EXPECT_EQ (process (fx, mono), (Log { "mono 64" }));
 }
 
 TEST (ProcessingFrame, WithoutCoreOrWhileSuspendedAudioPassesThrough)
@@ -150,18 +145,15 @@ TEST (ProcessingFrame, WithoutCoreOrWhileSuspendedAudioPassesThrough)
     const auto original = buffer;
     juce::MidiBuffer midi;
     midi.addEvent (juce::MidiMessage::controllerEvent (1, 1, 1), 64);
-    bare.processBlock (buffer, midi);
+    EXPECT_EQ (process (bare, buffer, midi), (Log { "cc 1" }));
     for (int c = 0; c < 2; ++c)
         for (int i = 0; i < 128; ++i)
             ASSERT_EQ (buffer.getSample (c, i), original.getSample (c, i));
-    EXPECT_EQ (bare.log, (Log { "cc 1" }));
 
     TestEffect fx;
     fx.prepareToPlay (44100.0, 128);
     fx.suspendProcessing (true);
-    fx.log.clear();
-    fx.processBlock (buffer, midi);
-    EXPECT_EQ (fx.log, (Log { "cc 1" }));
+    EXPECT_EQ (process (fx, buffer, midi), (Log { "cc 1" }));
     EXPECT_EQ (buffer.getSample (1, 127), original.getSample (1, 127));
 }
 
@@ -182,14 +174,11 @@ TEST (ProcessingFrame, ClockTicksSplitTheBlockWhileTheTransportRuns)
     TestEffect fx;
     fx.setPlayHead (&head);
     fx.prepareToPlay (48000.0, 1024);
-    fx.log.clear();
     auto buffer = ramp (2, 1024);
-    juce::MidiBuffer midi;
-    fx.processBlock (buffer, midi);
 
     // At 120 bpm a beat is 24000 samples; 0.01 beat (240 samples) before one,
     // the tick falls while advancing sample 239.
-    EXPECT_EQ (fx.log, (Log { "stereo 239", "stereo 785" }));
+    EXPECT_EQ (process (fx, buffer), (Log { "stereo 239", "stereo 785" }));
     fx.setPlayHead (nullptr);
 }
 
@@ -215,8 +204,13 @@ TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
     }
 
     EXPECT_EQ (core.parameters.size(), 1u) << "quality reaches the core as a step, not as a parameter";
-    EXPECT_EQ (CorvelleEffect::qualityKeyword (2), "high");
-    EXPECT_EQ (CorvelleEffect::qualityStepForKeyword ("highest"), 3);
+
+    const char* const keywords[] = { "low", "medium", "high", "highest" };
+    for (int step = 0; step < 4; ++step)
+    {
+        EXPECT_EQ (CorvelleEffect::qualityKeyword (step), keywords[step]);
+        EXPECT_EQ (CorvelleEffect::qualityStepForKeyword (keywords[step]), step);
+    }
     EXPECT_EQ (CorvelleEffect::qualityStepForKeyword ("ultra"), -1);
 }
 

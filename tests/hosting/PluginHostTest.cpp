@@ -4,6 +4,7 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
+#include "../support/ParameterNames.h"
 #include "../support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
@@ -12,13 +13,6 @@
 
 namespace
 {
-    const char* const parameterNames[] = {
-        "Early Size", "Early Diffusion", "Early Attenuation", "Early EQ Frequency", "Early EQ Gain",
-        "Early EQ Bandwidth", "Late Size", "Late Diffusion", "Late Feedback", "Late Attenuation",
-        "Late Bass Cut", "Late EQ Frequency", "Late EQ Gain", "Late EQ Bandwidth", "X Fader",
-        "Modulation", "Predelay", "Wet Gain", "FX", "Output Volume"
-    };
-
     struct Format
     {
         juce::String name;
@@ -43,22 +37,34 @@ namespace
         juce::MessageManager::getInstance()->runDispatchLoopUntil (20);
     }
 
-    // Some formats deliver parameter changes and restored state with the next
-    // processed block, as a host's audio thread would.
-    void processBlocks (juce::AudioPluginInstance& plugin, int blocks, float impulse = 0.0f)
+    // One block with the given MIDI, its first sample an impulse on either
+    // channel (or silence); the processed block is returned.
+    juce::AudioBuffer<float> processOneBlock (juce::AudioPluginInstance& plugin, juce::MidiBuffer midi = {},
+                                              float left = 0.0f, float right = 0.0f)
     {
         juce::AudioBuffer<float> buffer (2, 256);
-        juce::MidiBuffer midi;
+        buffer.clear();
+        buffer.setSample (0, 0, left);
+        buffer.setSample (1, 0, right);
+        plugin.processBlock (buffer, midi);
+        return buffer;
+    }
 
+    // Some formats deliver parameter changes and restored state with the next
+    // processed block, as a host's audio thread would.
+    void processBlocks (juce::AudioPluginInstance& plugin, int blocks)
+    {
         for (int b = 0; b < blocks; ++b)
-        {
-            buffer.clear();
-            if (b == 0)
-                buffer.setSample (0, 0, impulse);
-            plugin.processBlock (buffer, midi);
-        }
+            processOneBlock (plugin);
 
         pumpMessages();
+    }
+
+    juce::MidiBuffer oneEvent (const juce::MidiMessage& message)
+    {
+        juce::MidiBuffer midi;
+        midi.addEvent (message, 0);
+        return midi;
     }
 
     // Our own PluginState document, found inside what a format's host saved:
@@ -126,7 +132,7 @@ TEST_P (HostedPlugin, ShowsTheTwentyParametersByName)
     ASSERT_NE (plugin, nullptr) << GetParam().identifier;
     EXPECT_EQ (plugin->getName(), "Quorlane");
 
-    for (const auto* name : parameterNames)
+    for (const auto* name : quorlaneParameterNames)
     {
         auto* p = parameterNamed (*plugin, name);
         ASSERT_NE (p, nullptr) << name;
@@ -135,7 +141,7 @@ TEST_P (HostedPlugin, ShowsTheTwentyParametersByName)
     }
 
     // Anything else is the wrapper's own (a bypass switch, MIDI controller slots).
-    const juce::StringArray ours (parameterNames, 20);
+    const juce::StringArray ours (quorlaneParameterNames, 20);
 
     for (auto* p : plugin->getParameters())
     {
@@ -156,20 +162,8 @@ TEST_P (HostedPlugin, ChangesAParameterAndProcessesAudio)
     EXPECT_FLOAT_EQ (fx->getValue(), 0.0f);
     EXPECT_EQ (fx->getCurrentValueAsText(), fx->getText (0.0f, 64));
 
-    auto* early = parameterNamed (*plugin, "Early Size");
-    ASSERT_NE (early, nullptr);
-    early->setValueNotifyingHost (0.25f);
-    processBlocks (*plugin, 1);
-    EXPECT_NEAR (early->getValue(), 0.25f, 1e-6f);
-
     // Fully dry at unity volume: the impulse comes back, 32 samples late.
-    juce::AudioBuffer<float> buffer (2, 256);
-    juce::MidiBuffer midi;
-    buffer.clear();
-    buffer.setSample (0, 0, 0.5f);
-    buffer.setSample (1, 0, -0.5f);
-    plugin->processBlock (buffer, midi);
-
+    const auto buffer = processOneBlock (*plugin, {}, 0.5f, -0.5f);
     EXPECT_NEAR (buffer.getSample (0, 32), 0.5f, 1e-6f);
     EXPECT_NEAR (buffer.getSample (1, 32), -0.5f, 1e-6f);
     EXPECT_EQ (plugin->getLatencySamples(), 32);
@@ -210,18 +204,11 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     ASSERT_NE (source, nullptr);
 
     // A program change from the host chooses the current preset.
-    {
-        juce::AudioBuffer<float> buffer (2, 256);
-        juce::MidiBuffer midi;
-        buffer.clear();
-        midi.addEvent (juce::MidiMessage::programChange (1, 1), 0);
-        source->processBlock (buffer, midi);
-    }
+    processOneBlock (*source, oneEvent (juce::MidiMessage::programChange (1, 1)));
 
     parameterNamed (*source, "Late Feedback")->setValueNotifyingHost (0.875f);
     parameterNamed (*source, "Predelay")->setValueNotifyingHost (0.125f);
     processBlocks (*source, 2);
-    pumpMessages();
 
     juce::MemoryBlock state;
     source->getStateInformation (state);
@@ -260,18 +247,9 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     if (GetParam().name == "LV2")
         return;
 
-    juce::AudioBuffer<float> buffer (2, 256);
-    juce::MidiBuffer midi;
-    buffer.clear();
-    midi.addEvent (juce::MidiMessage::controllerEvent (1, 74, 0), 0);
-    restored->processBlock (buffer, midi);
+    processOneBlock (*restored, oneEvent (juce::MidiMessage::controllerEvent (1, 74, 0)));
     processBlocks (*restored, 60);
-
-    buffer.clear();
-    midi.clear();
-    buffer.setSample (0, 0, 0.5f);
-    restored->processBlock (buffer, midi);
-    EXPECT_NEAR (buffer.getSample (0, 32), 0.5f, 1e-6f);
+    EXPECT_NEAR (processOneBlock (*restored, {}, 0.5f).getSample (0, 32), 0.5f, 1e-6f);
 }
 
 // The skin-built window opens in the host at the background's size and stays

@@ -2,21 +2,13 @@
 // tests/corpus/bank: a refused file changes nothing; a tolerated one loads
 // what it can and leaves every slot and group sound.
 #include "engine/Quorlane.h"
+#include "tests/support/Corpus.h"
 #include "tests/support/PresetBankChecks.h"
 
 #include <gtest/gtest.h>
 
-
 namespace
 {
-    juce::Array<juce::File> corpus (const juce::String& reader, const juce::String& group)
-    {
-        auto files = juce::File (QUORLANE_CORPUS_DIR).getChildFile (reader).getChildFile (group)
-                         .findChildFiles (juce::File::findFiles, false, "*.xml");
-        files.sort();
-        return files;
-    }
-
     struct Files
     {
         juce::TemporaryFile preset { ".qlprs" }, bank { ".qlprsb" };
@@ -31,14 +23,14 @@ TEST (PresetBadInput, RefusedFilesChangeNothing)
     const auto before = presetManagerSnapshot (plugin);
     Files files;
 
-    for (const auto& file : corpus ("preset", "refused"))
+    for (const auto& file : corpusFiles ("preset", "refused"))
     {
         ASSERT_TRUE (file.copyFileTo (files.preset.getFile()));
         EXPECT_FALSE (plugin.loadPresetFile (files.preset.getFile(), 5)) << file.getFileName();
         EXPECT_EQ (presetManagerSnapshot (plugin), before) << file.getFileName();
     }
 
-    for (const auto& file : corpus ("bank", "refused"))
+    for (const auto& file : corpusFiles ("bank", "refused"))
     {
         ASSERT_TRUE (file.copyFileTo (files.bank.getFile()));
         EXPECT_FALSE (plugin.loadBankFile (files.bank.getFile())) << file.getFileName();
@@ -65,7 +57,7 @@ TEST (PresetBadInput, ToleratedFilesLoadWhatTheyCanAndKeepTheBankSound)
 {
     Files files;
 
-    for (const auto& file : corpus ("preset", "tolerated"))
+    for (const auto& file : corpusFiles ("preset", "tolerated"))
     {
         Quorlane plugin;
         ASSERT_TRUE (file.copyFileTo (files.preset.getFile()));
@@ -74,7 +66,7 @@ TEST (PresetBadInput, ToleratedFilesLoadWhatTheyCanAndKeepTheBankSound)
         EXPECT_EQ (plugin.getCurrentQualityStep(), 0) << file.getFileName() << ": presets never reach Quality";
     }
 
-    for (const auto& file : corpus ("bank", "tolerated"))
+    for (const auto& file : corpusFiles ("bank", "tolerated"))
     {
         Quorlane plugin;
         ASSERT_TRUE (file.copyFileTo (files.bank.getFile()));
