@@ -13,7 +13,7 @@ DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modu
 
 ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
 
-.PHONY: all deps debug release test fuzz demo install bench art clean
+.PHONY: all deps debug release test fuzz demo install bench art clean windows windows-test
 
 all: release
 
@@ -87,6 +87,28 @@ art: DEBIAN_PACKAGES += fonts-urw-base35
 art: deps $(DEBUG_DIR)/build.ninja
 	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane-art
 	$(DEBUG_DIR)/bin/quorlane-art resources --preview $(DEBUG_DIR)/panel-preview.png
+
+# Windows x64, cross-built with MinGW-w64 in one release tree (no LTO) that
+# holds both what the zip ships and the test suites, which run under Wine.
+WINDOWS_DIR := build/windows
+WINDOWS_PACKAGES := g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev libstb-dev \
+	wine64 zip xvfb xauth
+
+$(WINDOWS_DIR)/build.ninja: | deps
+	cmake -S . -B $(WINDOWS_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUORLANE_BUILD_BENCHMARKS=OFF \
+		-DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake
+
+windows: DEBIAN_PACKAGES += $(WINDOWS_PACKAGES)
+windows: deps $(WINDOWS_DIR)/build.ninja
+	cmake --build $(WINDOWS_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_Standalone quorlane-render
+	tools/windows/pack.sh $(WINDOWS_DIR) dist
+
+# The test suites and the Windows checks, under Wine in a prefix of the
+# build's own, on a virtual display.
+windows-test: DEBIAN_PACKAGES += $(WINDOWS_PACKAGES)
+windows-test: windows
+	cmake --build $(WINDOWS_DIR) -j $(JOBS)
+	tools/windows/run-tests.sh $(WINDOWS_DIR)
 
 clean:
 	rm -rf build

@@ -5,6 +5,17 @@
 
 namespace
 {
+    // The extensions the renderer writes, where this build has the format.
+    const char* const writableExtensions[] = { ".wav", ".aif", ".aiff", ".flac" };
+
+    juce::String joinedWithOr (const juce::StringArray& items)
+    {
+        if (items.size() < 2)
+            return items.joinIntoString ({});
+
+        return items.joinIntoString (", ", 0, items.size() - 1) + " or " + items[items.size() - 1];
+    }
+
     [[noreturn]] void failToRead (const juce::File& file, const juce::String& problem)
     {
         throw RenderError (("cannot read " + file.getFullPathName() + ": " + problem).toStdString());
@@ -14,6 +25,27 @@ namespace
 AudioFiles::AudioFiles()
 {
     formats.registerBasicFormats();
+}
+
+juce::String AudioFiles::inputFormatNames() const
+{
+    juce::StringArray names;
+
+    for (const auto* format : formats)
+        names.add (format->getFormatName().upToLastOccurrenceOf (" file", false, false).replaceCharacter ('-', ' '));
+
+    return joinedWithOr (names);
+}
+
+juce::String AudioFiles::outputExtensions() const
+{
+    juce::StringArray extensions;
+
+    for (const auto* extension : writableExtensions)
+        if (formats.findFormatForFileExtension (extension) != nullptr)
+            extensions.add (extension);
+
+    return joinedWithOr (extensions);
 }
 
 std::unique_ptr<juce::AudioFormatReader> AudioFiles::openInput (const juce::File& file)
@@ -30,7 +62,7 @@ std::unique_ptr<juce::AudioFormatReader> AudioFiles::openInput (const juce::File
     std::unique_ptr<juce::AudioFormatReader> reader (formats.createReaderFor (file));
 
     if (reader == nullptr)
-        failToRead (file, "not a WAV, FLAC, AIFF or Ogg Vorbis file that can be decoded");
+        failToRead (file, "not a " + inputFormatNames() + " file that can be decoded");
 
     if (reader->numChannels < 1 || reader->numChannels > 2)
         failToRead (file, juce::String (reader->numChannels) + " channels; only mono and stereo files can be rendered");
@@ -43,12 +75,13 @@ std::unique_ptr<juce::AudioFormatReader> AudioFiles::openInput (const juce::File
 
 juce::AudioFormat& AudioFiles::formatForOutput (const juce::File& file)
 {
-    if (file.hasFileExtension ("wav;flac;aif;aiff"))
-        if (auto* format = formats.findFormatForFileExtension (file.getFileExtension()))
-            return *format;
+    for (const auto* extension : writableExtensions)
+        if (file.hasFileExtension (extension))
+            if (auto* format = formats.findFormatForFileExtension (extension))
+                return *format;
 
-    throw UsageError (("cannot write " + file.getFullPathName()
-                       + ": the name must end in .wav, .flac, .aif or .aiff").toStdString());
+    throw UsageError (("cannot write " + file.getFullPathName() + ": the name must end in "
+                       + outputExtensions()).toStdString());
 }
 
 std::unique_ptr<juce::AudioFormatWriter> AudioFiles::createWriter (const juce::File& target,

@@ -4,15 +4,22 @@
 
 #include <memory>
 
-// The audio file formats the renderer reads (JUCE's basic ones: WAV, AIFF,
-// FLAC, Ogg Vorbis) and writes (WAV, AIFF, FLAC, 24-bit stereo). Every
-// failure throws with a message that names the file.
+// The audio file formats the renderer reads (JUCE's basic ones this build
+// has: WAV, AIFF, and on Linux FLAC and Ogg Vorbis) and writes (WAV, AIFF and
+// FLAC where built, 24-bit stereo). Every failure throws with a message that
+// names the file.
 class AudioFiles
 {
 public:
     static constexpr int outputBits = 24;
 
     AudioFiles();
+
+    // "WAV, AIFF, FLAC or Ogg Vorbis", as far as this build reads them.
+    juce::String inputFormatNames() const;
+
+    // ".wav, .aif, .aiff or .flac", as far as this build writes them.
+    juce::String outputExtensions() const;
 
     // A reader for a mono or stereo file; throws a RenderError otherwise.
     std::unique_ptr<juce::AudioFormatReader> openInput (const juce::File& file);

@@ -268,18 +268,20 @@ RenderOptions parseCommandLine (const juce::StringArray& arguments)
     return options;
 }
 
-juce::String helpText()
+juce::String helpText (const juce::String& inputFormats, const juce::String& outputExtensions)
 {
-    return R"(Usage: quorlane-render [options] INPUT...
+    return juce::String (R"(Usage: quorlane-render [options] INPUT...
        quorlane-render [options] INPUT OUTPUT
        quorlane-render [options] --ir RESPONSE.wav [--plot DECAY.png]
        quorlane-render --make-demo-phrase FILE.wav
 
 Renders audio files through the Quorlane reverb plug-in, exactly as a host
-would play them, each at its own sample rate. Inputs are WAV, FLAC, AIFF or
-Ogg Vorbis, mono or stereo; the output is always stereo, 24-bit, in the
-format its extension names (.wav, .flac, .aif or .aiff), and lines up with
-the input sample for sample (the plug-in's latency is taken out).
+would play them, each at its own sample rate. The output is always stereo,
+24-bit, and lines up with the input sample for sample (the plug-in's latency
+is taken out).
+  Inputs                  INPUT_FORMATS, mono or stereo.
+  Outputs                 OUTPUT_EXTENSIONS: the format the name's
+                          extension names.
 
 Where the output goes
   -o, --output PATH       With one input: the output file, or a folder
@@ -338,5 +340,7 @@ Examples
 
 Exit status: 0 on success, 1 when a file could not be read or written, 2 for
 a malformed command line.
-)";
+)")
+        .replace ("INPUT_FORMATS", inputFormats)
+        .replace ("OUTPUT_EXTENSIONS", outputExtensions);
 }

@@ -31,4 +31,4 @@ struct RenderOptions
 // from the current directory. Throws a UsageError for anything malformed.
 RenderOptions parseCommandLine (const juce::StringArray& arguments);
 
-juce::String helpText();
+juce::String helpText (const juce::String& inputFormats, const juce::String& outputExtensions);

@@ -1,5 +1,6 @@
 #include "AudioFiles.h"
 #include "CommandLine.h"
+#include "CommandLineArguments.h"
 #include "DecayPlot.h"
 #include "DemoPhrase.h"
 #include "FileRenderer.h"
@@ -48,7 +49,8 @@ namespace
 
         if (options.showHelp)
         {
-            std::cout << helpText();
+            const AudioFiles files;
+            std::cout << helpText (files.inputFormatNames(), files.outputExtensions());
             return 0;
         }
 
@@ -96,14 +98,9 @@ int main (int argc, char* argv[])
     // window is ever opened.
     const juce::ScopedJuceInitialiser_GUI juce;
 
-    juce::StringArray arguments;
-
-    for (int i = 1; i < argc; ++i)
-        arguments.add (juce::String::fromUTF8 (argv[i]));
-
     try
     {
-        return run (arguments);
+        return run (commandLineArguments (argc, argv));
     }
     catch (const UsageError& e)
     {

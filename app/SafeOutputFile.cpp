@@ -2,16 +2,19 @@
 
 #include "RenderErrors.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <unistd.h>
+#include <filesystem>
 
 namespace
 {
     [[noreturn]] void fail (const juce::File& file, const juce::String& problem)
     {
         throw RenderError (("cannot write " + file.getFullPathName() + ": " + problem).toStdString());
+    }
+
+    // UTF-8 names reach the system intact on every platform.
+    std::filesystem::path pathOf (const juce::File& file)
+    {
+        return std::filesystem::path (reinterpret_cast<const char8_t*> (file.getFullPathName().toRawUTF8()));
     }
 }
 
@@ -45,13 +48,16 @@ std::unique_ptr<juce::FileOutputStream> SafeOutputFile::openStream()
 
 void SafeOutputFile::commit()
 {
-    const auto from = temporary.getFile().getFullPathName().toStdString();
-    const auto to = target.getFullPathName().toStdString();
+    const auto from = pathOf (temporary.getFile());
+    const auto to = pathOf (target);
+    std::error_code error;
 
     if (replaceExisting)
     {
-        if (std::rename (from.c_str(), to.c_str()) != 0)
-            fail (target, std::strerror (errno));
+        std::filesystem::rename (from, to, error);
+
+        if (error)
+            fail (target, error.message());
 
         return;
     }
@@ -59,15 +65,19 @@ void SafeOutputFile::commit()
     // A hard link never replaces an existing name, so a file that someone
     // created at the target while we rendered survives. Where links are not
     // supported, fall back to a check followed by a rename.
-    if (::link (from.c_str(), to.c_str()) == 0)
+    std::filesystem::create_hard_link (from, to, error);
+
+    if (! error)
         return;
 
-    if (errno == EEXIST)
+    if (error == std::errc::file_exists)
         fail (target, "a file appeared there while rendering; it was left untouched");
 
     if (target.exists())
         fail (target, "it already exists (use --force to replace it)");
 
-    if (std::rename (from.c_str(), to.c_str()) != 0)
-        fail (target, std::strerror (errno));
+    std::filesystem::rename (from, to, error);
+
+    if (error)
+        fail (target, error.message());
 }

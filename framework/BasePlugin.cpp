@@ -2,6 +2,7 @@
 
 #include "HostParameter.h"
 #include "Resources.h"
+#include "UserSettingsFolder.h"
 #include "XmlReading.h"
 
 namespace
@@ -265,18 +266,10 @@ bool BasePlugin::isUserSettings (const juce::XmlElement& element) const
     return element.getTagName() == "UserSettings" && element.getStringAttribute ("application") == getPluginName();
 }
 
-// $XDG_CONFIG_HOME/<name>/<name>.ini, or ~/.config/<name>/<name>.ini. JUCE's
-// own config folder looks only at ~/.config/user-dirs.dirs, never at the
-// environment, so the variable is read here; a relative value is ignored, as
-// the XDG rules ask.
+// <user settings folder>/<name>/<name>.ini
 juce::File BasePlugin::getUserSettingsFile() const
 {
-    const auto configHome = juce::SystemStats::getEnvironmentVariable ("XDG_CONFIG_HOME", {});
-    const auto folder = juce::File::isAbsolutePath (configHome)
-                            ? juce::File (configHome)
-                            : juce::File::getSpecialLocation (juce::File::userApplicationDataDirectory);
-
-    return folder.getChildFile (getPluginName())
+    return userSettingsFolder().getChildFile (getPluginName())
         .getChildFile (getPluginName() + ".ini");
 }
 

@@ -17,8 +17,9 @@ namespace
     protected:
         void SetUp() override
         {
+            // Spaces, accents and CJK characters, as in many user folders.
             folder = juce::File::getSpecialLocation (juce::File::tempDirectory)
-                         .getNonexistentChildFile ("quorlane-render-test", {}, false);
+                         .getNonexistentChildFile (juce::CharPointer_UTF8 ("quorlane render Mus\xc3\xafque \xe9\x9f\xb3\xe6\xa5\xbd"), {}, false);
             ASSERT_TRUE (folder.createDirectory());
         }
 

@@ -125,6 +125,23 @@ TEST (DelayElement, MatchesReferenceAtEveryQuality)
 
 // An impulse through a plain delay of L samples comes out after L + 1 samples
 // with linear interpolation and after L + taps / 2 with a sinc table.
+// On a processor with AVX2 and FMA (Wine passes them through), the comparison
+// above covers the AVX2 kernels, not the portable ones twice.
+TEST (DelayElement, BestKernelsAreTheAvx2OnesWhereTheProcessorHasThem)
+{
+#if defined(__x86_64__)
+    __builtin_cpu_init();
+
+    if (! (__builtin_cpu_supports ("avx2") && __builtin_cpu_supports ("fma")))
+        GTEST_SKIP() << "this processor has no AVX2 and FMA";
+
+    EXPECT_NE (DelayKernels::best().plan, DelayKernels::portable().plan);
+    EXPECT_NE (DelayKernels::best().interpolate, DelayKernels::portable().interpolate);
+#else
+    GTEST_SKIP() << "no AVX2 kernels on this architecture";
+#endif
+}
+
 TEST (DelayElement, PlainDelayLatencyPerQuality)
 {
     for (unsigned quality = 0; quality <= 3; ++quality)

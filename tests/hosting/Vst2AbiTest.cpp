@@ -1,18 +1,20 @@
-// Loads the VST2 build the way a host does: dlopen, VSTPluginMain and the raw
+// Loads the VST2 build the way a host does: dlopen or LoadLibrary, VSTPluginMain and the raw
 // effect record, with the opcode numbers and record layout of the VST 2.4 ABI
 // written out here rather than taken from any SDK header.
 
+#include "../support/Environment.h"
 #include "../support/ParameterNames.h"
+#include "../support/SharedLibrary.h"
+#include "framework/UserSettingsFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <dlfcn.h>
 
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -73,12 +75,7 @@ namespace
     public:
         Vst2Plugin()
         {
-            library = dlopen (QUORLANE_VST2_PATH, RTLD_NOW | RTLD_LOCAL);
-
-            if (library == nullptr)
-                return;
-
-            if (auto main = reinterpret_cast<Effect* (*) (HostCallback)> (dlsym (library, "VSTPluginMain")))
+            if (auto main = reinterpret_cast<Effect* (*) (HostCallback)> (library.symbol ("VSTPluginMain")))
                 effect = main (host);
 
             if (effect != nullptr)
@@ -112,7 +109,7 @@ namespace
             return data != nullptr && size > 0 ? std::string (static_cast<const char*> (data), (size_t) size) : std::string();
         }
 
-        void* library = nullptr;
+        const SharedLibrary library { QUORLANE_VST2_PATH };
         Effect* effect = nullptr;
     };
 
@@ -128,16 +125,15 @@ namespace
     public:
         void SetUp() override
         {
-            char folder[] = "/tmp/quorlane-vst2-XXXXXX";
-            ASSERT_NE (mkdtemp (folder), nullptr);
-            path = folder;
-            setenv ("XDG_CONFIG_HOME", folder, 1);
+            path = std::filesystem::temp_directory_path() / ("quorlane-vst2-" + std::to_string (std::random_device()()));
+            ASSERT_TRUE (std::filesystem::create_directory (path));
+            setEnvironmentVariable (userSettingsFolderVariable, (const char*) path.u8string().c_str());
         }
 
         void TearDown() override { std::filesystem::remove_all (path); }
 
     private:
-        std::string path;
+        std::filesystem::path path;
     };
 
     [[maybe_unused]] auto* const isolatedSettings = ::testing::AddGlobalTestEnvironment (new IsolatedSettings);
@@ -168,15 +164,15 @@ namespace
 class Vst2Abi : public ::testing::Test
 {
 protected:
-    void SetUp() override { ASSERT_NE (plugin.effect, nullptr) << dlerror(); }
+    void SetUp() override { ASSERT_NE (plugin.effect, nullptr) << plugin.library.error(); }
     Vst2Plugin plugin;
 };
 
 TEST_F (Vst2Abi, TheEntryPointIsTheOnlyExport)
 {
-    EXPECT_NE (dlsym (plugin.library, "VSTPluginMain"), nullptr);
-    EXPECT_EQ (dlsym (plugin.library, "main"), nullptr);
-    EXPECT_EQ (dlsym (plugin.library, "quorlaneJuceVSTPluginMain"), nullptr);
+    EXPECT_NE (plugin.library.symbol ("VSTPluginMain"), nullptr);
+    EXPECT_EQ (plugin.library.symbol ("main"), nullptr);
+    EXPECT_EQ (plugin.library.symbol ("quorlaneJuceVSTPluginMain"), nullptr);
 }
 
 TEST_F (Vst2Abi, TheEffectRecordAnnouncesTheConfiguration)

@@ -1,33 +1,33 @@
 #pragma once
 
+#include "Environment.h"
+#include "framework/UserSettingsFolder.h"
+
 #include <juce_core/juce_core.h>
 
-#include <cstdlib>
 #include <optional>
-#include <string>
 
-// Points XDG_CONFIG_HOME at a fresh folder for the lifetime of the object, so
-// that plug-in instances read and write their user settings there, and puts
-// the previous value back afterwards.
+// Points the user settings folder (XDG_CONFIG_HOME, or APPDATA on Windows) at
+// a fresh folder for the lifetime of the object, so that plug-in instances
+// read and write their user settings there, and puts the previous value back
+// afterwards.
 class ScopedConfigHome
 {
 public:
+    // Its name has spaces, accents and CJK characters, as user folders on
+    // Windows (where the settings folder lies inside the user's) often do.
     ScopedConfigHome()
         : folder (juce::File::getSpecialLocation (juce::File::tempDirectory)
-                      .getNonexistentChildFile ("quorlane-config", {}, false)),
-          previous (fromEnvironment (std::getenv ("XDG_CONFIG_HOME")))
+                      .getNonexistentChildFile (juce::CharPointer_UTF8 ("quorlane config Zo\xc3\xab \xc3\x85ngstr\xc3\xb6m \xe5\xb1\xb1\xe7\x94\xb0"), {}, false)),
+          previous (fromEnvironment (userSettingsFolderVariable))
     {
         folder.createDirectory();
-        setenv ("XDG_CONFIG_HOME", folder.getFullPathName().toRawUTF8(), 1);
+        setEnvironmentVariable (userSettingsFolderVariable, folder.getFullPathName().toRawUTF8());
     }
 
     ~ScopedConfigHome()
     {
-        if (previous.has_value())
-            setenv ("XDG_CONFIG_HOME", previous->c_str(), 1);
-        else
-            unsetenv ("XDG_CONFIG_HOME");
-
+        setEnvironmentVariable (userSettingsFolderVariable, previous.has_value() ? previous->toRawUTF8() : nullptr);
         folder.deleteRecursively();
     }
 
@@ -46,13 +46,14 @@ public:
     }
 
 private:
-    static std::optional<std::string> fromEnvironment (const char* value)
+    static std::optional<juce::String> fromEnvironment (const char* variable)
     {
-        return value != nullptr ? std::optional<std::string> (value) : std::nullopt;
+        const auto value = juce::SystemStats::getEnvironmentVariable (variable, "\x01");
+        return value != "\x01" ? std::optional<juce::String> (value) : std::nullopt;
     }
 
     juce::File folder;
-    std::optional<std::string> previous;
+    std::optional<juce::String> previous;
 
     JUCE_DECLARE_NON_COPYABLE (ScopedConfigHome)
 };

@@ -1,0 +1,4 @@
+#pragma once
+
+// Everything libpng keeps here is in png.h.
+#include "png.h"

@@ -1,0 +1,107 @@
+// JUCE's PNG and JPEG formats as this build has them (libpng and libjpeg on
+// Linux, stb_image behind the same interfaces on Windows): the skin's film
+// strips are PNGs, and the renderer writes its decay plots as PNG.
+
+#include <juce_graphics/juce_graphics.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace
+{
+    juce::Image pattern (juce::Image::PixelFormat format, int width, int height)
+    {
+        juce::Image image (format, width, height, true);
+
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
+                image.setPixelAt (x, y, juce::Colour ((juce::uint8) (x * 7), (juce::uint8) (y * 11), (juce::uint8) (x * y),
+                                                      (juce::uint8) (format == juce::Image::ARGB ? (x * 37 + y) % 256 : 255)));
+
+        return image;
+    }
+
+    juce::MemoryBlock encode (juce::ImageFileFormat& format, const juce::Image& image)
+    {
+        juce::MemoryOutputStream out;
+        EXPECT_TRUE (format.writeImageToStream (image, out)) << format.getFormatName();
+        return out.getMemoryBlock();
+    }
+
+    juce::Image decode (const juce::MemoryBlock& bytes)
+    {
+        return juce::ImageFileFormat::loadFrom (bytes.getData(), bytes.getSize());
+    }
+
+    // The largest difference of any channel of any pixel (unpremultiplied).
+    int largestDifference (const juce::Image& a, const juce::Image& b)
+    {
+        int largest = 0;
+
+        for (int y = 0; y < a.getHeight(); ++y)
+            for (int x = 0; x < a.getWidth(); ++x)
+            {
+                const auto p = a.getPixelAt (x, y), q = b.getPixelAt (x, y);
+
+                for (const auto d : { p.getRed() - q.getRed(), p.getGreen() - q.getGreen(), p.getBlue() - q.getBlue(), p.getAlpha() - q.getAlpha() })
+                    largest = std::max (largest, std::abs (d));
+            }
+
+        return largest;
+    }
+}
+
+TEST (ImageFormats, PngKeepsEveryPixelWithOrWithoutAlpha)
+{
+    for (const auto format : { juce::Image::ARGB, juce::Image::RGB })
+    {
+        const auto image = pattern (format, 37, 23);
+        juce::PNGImageFormat png;
+        const auto back = decode (encode (png, image));
+
+        ASSERT_TRUE (back.isValid());
+        EXPECT_EQ (back.getWidth(), 37);
+        EXPECT_EQ (back.getHeight(), 23);
+        EXPECT_EQ (back.hasAlphaChannel(), format == juce::Image::ARGB);
+        // Transparent pixels are stored premultiplied: their colour comes back
+        // to within the rounding of the alpha.
+        EXPECT_LE (largestDifference (image, back), format == juce::Image::ARGB ? 2 : 0);
+        EXPECT_EQ (back.getPixelAt (0, 0).getAlpha(), image.getPixelAt (0, 0).getAlpha());
+    }
+}
+
+TEST (ImageFormats, JpegComesBackCloseToWhatWasWritten)
+{
+    const auto image = pattern (juce::Image::RGB, 64, 48);
+    juce::JPEGImageFormat jpeg;
+    jpeg.setQuality (0.95f);
+    const auto bytes = encode (jpeg, image);
+    const auto back = decode (bytes);
+
+    ASSERT_TRUE (back.isValid());
+    EXPECT_EQ (back.getWidth(), 64);
+    EXPECT_EQ (back.getHeight(), 48);
+    EXPECT_FALSE (back.hasAlphaChannel());
+    EXPECT_LE (largestDifference (image, back), 40) << "lossy, but the same picture";
+}
+
+TEST (ImageFormats, DamagedOrForeignBytesGiveNoImage)
+{
+    juce::PNGImageFormat png;
+    juce::JPEGImageFormat jpeg;
+    const auto image = pattern (juce::Image::ARGB, 40, 40);
+    const auto pngBytes = encode (png, image);
+    const auto jpegBytes = encode (jpeg, image);
+
+    const auto prefix = [] (const juce::MemoryBlock& bytes, size_t size) { return juce::MemoryBlock (bytes.getData(), size); };
+    auto hugeChunk = pngBytes;
+    hugeChunk[8] = hugeChunk[9] = hugeChunk[10] = hugeChunk[11] = (char) 0xff;
+    auto badHeaderType = pngBytes;
+    badHeaderType[12] = '!';
+
+    for (const auto& damaged : { prefix (pngBytes, 8), prefix (pngBytes, 40), prefix (pngBytes, pngBytes.getSize() / 2),
+                                 hugeChunk, badHeaderType, prefix (jpegBytes, 20), prefix (jpegBytes, jpegBytes.getSize() / 3),
+                                 juce::MemoryBlock ("not an image at all", 19) })
+        EXPECT_FALSE (decode (damaged).isValid()) << damaged.getSize() << " bytes";
+}

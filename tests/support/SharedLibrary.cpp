@@ -1,0 +1,36 @@
+#include "SharedLibrary.h"
+
+#if defined(_WIN32)
+ #include <windows.h>
+
+SharedLibrary::SharedLibrary (const char* utf8Path)
+{
+    const int length = MultiByteToWideChar (CP_UTF8, 0, utf8Path, -1, nullptr, 0);
+    std::wstring path ((size_t) length, L'\0');
+    MultiByteToWideChar (CP_UTF8, 0, utf8Path, -1, path.data(), length);
+    handle = LoadLibraryW (path.c_str());
+
+    if (handle == nullptr)
+        problem = "LoadLibrary failed with error " + std::to_string (GetLastError());
+}
+
+void* SharedLibrary::symbol (const char* name) const
+{
+    return handle != nullptr ? reinterpret_cast<void*> (GetProcAddress (static_cast<HMODULE> (handle), name)) : nullptr;
+}
+#else
+ #include <dlfcn.h>
+
+SharedLibrary::SharedLibrary (const char* utf8Path)
+{
+    handle = dlopen (utf8Path, RTLD_NOW | RTLD_LOCAL);
+
+    if (handle == nullptr)
+        problem = dlerror();
+}
+
+void* SharedLibrary::symbol (const char* name) const
+{
+    return handle != nullptr ? dlsym (handle, name) : nullptr;
+}
+#endif
