@@ -6,8 +6,9 @@
 set(QUORLANE_FORMATS VST VST3 Standalone)
 
 # Every program and plug-in carries its own C++ runtime, libgcc, winpthread and
-# zlib, so nothing but system DLLs has to sit beside it on a bare Windows.
-add_link_options(-static)
+# zlib, so nothing but system DLLs has to sit beside it on a bare Windows
+# (and symbols are stripped: the zip stays small).
+add_link_options(-static -s)
 
 # Debian has no MinGW builds of FLAC or Ogg Vorbis: this build reads and writes
 # WAV and AIFF only.
