@@ -92,7 +92,7 @@ art: deps $(DEBUG_DIR)/build.ninja
 # holds both what the zip ships and the test suites, which run under Wine.
 WINDOWS_DIR := build/windows
 WINDOWS_PACKAGES := g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev libstb-dev \
-	wine64 zip xvfb xauth
+	wine wine64 zip xvfb xauth
 
 $(WINDOWS_DIR)/build.ninja: | deps
 	cmake -S . -B $(WINDOWS_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUORLANE_BUILD_BENCHMARKS=OFF \

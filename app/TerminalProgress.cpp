@@ -1,8 +1,8 @@
 #include "TerminalProgress.h"
 
-#include <unistd.h>
+#include "Terminal.h"
 
-TerminalProgress::TerminalProgress() : enabled (::isatty (STDERR_FILENO) != 0) {}
+TerminalProgress::TerminalProgress() : enabled (prepareTerminalForProgress()) {}
 
 TerminalProgress::~TerminalProgress()
 {

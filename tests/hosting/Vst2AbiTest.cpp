@@ -3,6 +3,7 @@
 // written out here rather than taken from any SDK header.
 
 #include "../support/Environment.h"
+#include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
 #include "../support/SharedLibrary.h"
 #include "framework/UserSettingsFolder.h"
@@ -55,9 +56,15 @@ namespace
         effOpen = 0, effClose = 1, effSetProgram = 2, effGetProgram = 3, effGetProgramName = 5,
         effGetParamLabel = 6, effGetParamDisplay = 7, effGetParamName = 8, effSetSampleRate = 10,
         effSetBlockSize = 11, effMainsChanged = 12, effGetChunk = 23, effSetChunk = 24,
-        effCanBeAutomated = 26, effGetProgramNameIndexed = 29, effGetEffectName = 45,
+        effEditGetRect = 13, effEditOpen = 14, effEditClose = 15, effEditIdle = 19, effCanBeAutomated = 26,
+        effGetProgramNameIndexed = 29, effGetEffectName = 45,
         effGetVendorString = 47, effGetProductString = 48, effGetVendorVersion = 49, effCanDo = 51,
         effGetTailSize = 52, effGetVstVersion = 58, effStartProcess = 71, effStopProcess = 72
+    };
+
+    struct EditorRect
+    {
+        int16_t top, left, bottom, right;
     };
 
     constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32;
@@ -289,4 +296,33 @@ TEST_F (Vst2Abi, ProcessesAudioInPlaceAndAnswersTheTail)
 
     plugin.call (effStopProcess);
     plugin.call (effMainsChanged, 0, 0);
+}
+
+// The editor opens inside a window of the host's, at the skin's size, lives
+// through the host's idle calls and closes again.
+TEST_F (Vst2Abi, OpensTheEditorInAHostWindow)
+{
+    NativeParentWindow parent;
+    ASSERT_NE (parent.handle(), nullptr) << "no window system";
+
+    EditorRect* rect = nullptr;
+    ASSERT_NE (plugin.call (effEditGetRect, 0, 0, &rect), 0);
+    ASSERT_NE (rect, nullptr);
+    EXPECT_EQ (rect->right - rect->left, 633);
+    EXPECT_EQ (rect->bottom - rect->top, 207);
+
+    ASSERT_NE (plugin.call (effEditOpen, 0, 0, parent.handle()), 0);
+
+    for (int i = 0; i < 20; ++i)
+    {
+        parent.dispatchEvents();
+        plugin.call (effEditIdle);
+    }
+
+    plugin.effect->setParameter (plugin.effect, 3, 0.5f);
+    parent.dispatchEvents();
+    plugin.call (effEditIdle);
+    plugin.call (effEditClose);
+    parent.dispatchEvents();
+    EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 3), 0.5f);
 }
