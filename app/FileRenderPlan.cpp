@@ -39,7 +39,7 @@ std::vector<FileRender> planFileRenders (const RenderOptions& options, AudioFile
     juce::StringArray problems;
     std::vector<FileRender> renders;
 
-    const auto note = [&problems] (const std::exception& e) { problems.addIfNotAlreadyThere (e.what()); };
+    const auto note = [&problems] (const std::exception& e) { problems.addIfNotAlreadyThere (juce::String::fromUTF8 (e.what())); };
 
     if (options.outputIsFolder && options.output->existsAsFile())
         problems.add ("cannot write into " + options.output->getFullPathName() + ": it is a file, not a folder");

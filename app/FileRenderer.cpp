@@ -107,7 +107,7 @@ bool renderFiles (const std::vector<FileRender>& renders, const RenderOptions& o
             }
             catch (const std::exception& e)
             {
-                progress.print (stderr, juce::String ("quorlane-render: ") + e.what());
+                progress.print (stderr, "quorlane-render: " + juce::String::fromUTF8 (e.what()));
                 anyFailed = true;
             }
 

@@ -104,13 +104,13 @@ int main (int argc, char* argv[])
     }
     catch (const UsageError& e)
     {
-        printError (e.what());
+        printError (juce::String::fromUTF8 (e.what()));
         std::cerr << "Try 'quorlane-render --help' for more information.\n";
         return 2;
     }
     catch (const std::exception& e)
     {
-        printError (e.what());
+        printError (juce::String::fromUTF8 (e.what()));
         return 1;
     }
 }

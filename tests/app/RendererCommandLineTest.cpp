@@ -36,7 +36,8 @@ namespace
             if (! process.start (command, juce::ChildProcess::wantStdOut | juce::ChildProcess::wantStdErr))
                 return result;
 
-            result.output = process.readAllProcessOutput();
+            // Windows' C runtime ends lines with CR LF.
+            result.output = process.readAllProcessOutput().replace ("\r\n", "\n");
             process.waitForProcessToFinish (60000);
             result.exitCode = (int) process.getExitCode();
             return result;
@@ -102,15 +103,48 @@ TEST_F (RendererCommandLine, RenderKeepsTheSampleRateAndAddsExactlyTheTail)
     {
         SCOPED_TRACE (c.sampleRate);
         const auto input = writeInput ("in.wav", c.sampleRate, c.channels, 10000);
-        const auto result = run ({ input.getFullPathName(), "-o", path ("out.flac"), "--tail", "0.25", "--force" });
+        const auto result = run ({ input.getFullPathName(), "-o", path ("out.aiff"), "--tail", "0.25", "--force" });
         ASSERT_EQ (result.exitCode, 0) << result.output;
 
-        const auto reader = read (file ("out.flac"));
+        const auto reader = read (file ("out.aiff"));
         ASSERT_NE (reader, nullptr);
         EXPECT_EQ (reader->sampleRate, c.sampleRate);
         EXPECT_EQ (reader->numChannels, 2u);
         EXPECT_EQ (reader->lengthInSamples, 10000 + (juce::int64) std::lround (0.25 * c.sampleRate));
     }
+}
+
+// Builds differ in the formats they have (no FLAC on Windows): the help and
+// the error for any other name list exactly those this build writes.
+TEST_F (RendererCommandLine, WritesExactlyTheFormatsItsHelpNames)
+{
+    const auto help = run ({ "--help" });
+    ASSERT_EQ (help.exitCode, 0);
+    const auto outputsLine = help.output.fromFirstOccurrenceOf ("  Outputs", false, false).upToFirstOccurrenceOf (":", false, false);
+    juce::StringArray extensions;
+
+    for (auto token : juce::StringArray::fromTokens (outputsLine.replace (",", " "), false))
+        if (token.startsWithChar ('.'))
+            extensions.add (token);
+
+    ASSERT_TRUE (extensions.contains (".wav") && extensions.contains (".aiff")) << help.output;
+
+    const auto input = writeInput ("in.wav", 48000.0, 1, 4800);
+
+    for (const auto& extension : extensions)
+    {
+        const auto result = run ({ input.getFullPathName(), "-o", path ("out" + extension), "--tail", "0" });
+        EXPECT_EQ (result.exitCode, 0) << extension << ": " << result.output;
+        const auto reader = read (file ("out" + extension));
+        ASSERT_NE (reader, nullptr) << extension;
+        EXPECT_EQ (reader->lengthInSamples, 4800) << extension;
+    }
+
+    const auto refused = run ({ input.getFullPathName(), "-o", path ("out.ogg") });
+    EXPECT_EQ (refused.exitCode, 2);
+    EXPECT_TRUE (refused.output.contains ("must end in " + extensions.joinIntoString (", ", 0, extensions.size() - 1)
+                                          + " or " + extensions[extensions.size() - 1]))
+        << refused.output;
 }
 
 TEST_F (RendererCommandLine, NeverReplacesAFileWithoutForce)
