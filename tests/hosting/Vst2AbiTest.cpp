@@ -6,6 +6,7 @@
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
 #include "../support/SharedLibrary.h"
+#include "../support/WindowManagerAtoms.h"
 #include "framework/UserSettingsFolder.h"
 
 #include <gtest/gtest.h>
@@ -302,6 +303,7 @@ TEST_F (Vst2Abi, ProcessesAudioInPlaceAndAnswersTheTail)
 // through the host's idle calls and closes again.
 TEST_F (Vst2Abi, OpensTheEditorInAHostWindow)
 {
+    createWindowManagerAtoms();
     NativeParentWindow parent;
     ASSERT_NE (parent.handle(), nullptr) << "no window system";
 
