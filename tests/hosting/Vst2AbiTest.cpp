@@ -146,6 +146,15 @@ namespace
 
     [[maybe_unused]] auto* const isolatedSettings = ::testing::AddGlobalTestEnvironment (new IsolatedSettings);
 
+    // The plug-in looks up the window manager's atoms when it first starts.
+    class DesktopSession : public ::testing::Environment
+    {
+    public:
+        void SetUp() override { createWindowManagerAtoms(); }
+    };
+
+    [[maybe_unused]] auto* const desktopSession = ::testing::AddGlobalTestEnvironment (new DesktopSession);
+
     // A chunk is a magic number, the document's length, the document and a zero.
     std::string documentOf (const std::string& chunk)
     {
@@ -303,7 +312,6 @@ TEST_F (Vst2Abi, ProcessesAudioInPlaceAndAnswersTheTail)
 // through the host's idle calls and closes again.
 TEST_F (Vst2Abi, OpensTheEditorInAHostWindow)
 {
-    createWindowManagerAtoms();
     NativeParentWindow parent;
     ASSERT_NE (parent.handle(), nullptr) << "no window system";
 
