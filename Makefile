@@ -5,6 +5,8 @@ JOBS ?= 2
 DEBUG_DIR := build/debug
 RELEASE_DIR := build/release
 FUZZ_DIR := build/fuzz
+ASAN_DIR := build/asan
+TSAN_DIR := build/tsan
 export CCACHE_BASEDIR := $(CURDIR)
 export CCACHE_NOHASHDIR := true
 
@@ -13,7 +15,7 @@ DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modu
 
 ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
 
-.PHONY: all deps debug release test fuzz demo install bench art clean windows windows-test
+.PHONY: all deps debug release test fuzz demo install bench art clean windows windows-test sanitize fuzz-long
 
 all: release
 
@@ -56,6 +58,40 @@ $(FUZZ_DIR)/build.ninja: | deps
 fuzz: deps $(FUZZ_DIR)/build.ninja
 	cmake --build $(FUZZ_DIR) -j $(JOBS) --target quorlane_fuzzers
 	cd $(FUZZ_DIR) && ctest --output-on-failure -j 1
+
+# The test suites again with AddressSanitizer and UndefinedBehaviorSanitizer,
+# and the one that runs an audio thread beside the message thread with
+# ThreadSanitizer. Any report fails the run.
+SANITIZE_CMAKE := -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORLANE_BUILD_BENCHMARKS=OFF
+ASAN_SUITES := quorlane_engine_tests quorlane_tests quorlane_vst2_abi_tests quorlane_host_tests
+TSAN_SUITES := quorlane_realtime_tests
+XVFB := xvfb-run -a -s "-screen 0 1280x1024x24"
+
+$(ASAN_DIR)/build.ninja: | deps
+	cmake -S . -B $(ASAN_DIR) $(SANITIZE_CMAKE) -DQUORLANE_SANITIZE=address,undefined
+
+$(TSAN_DIR)/build.ninja: | deps
+	cmake -S . -B $(TSAN_DIR) $(SANITIZE_CMAKE) -DQUORLANE_SANITIZE=thread
+
+sanitize: deps $(ASAN_DIR)/build.ninja $(TSAN_DIR)/build.ninja
+	ASAN_OPTIONS=detect_leaks=0 cmake --build $(ASAN_DIR) -j $(JOBS) --target $(ASAN_SUITES)
+	cd $(ASAN_DIR)/tests && for suite in $(ASAN_SUITES); do \
+		LSAN_OPTIONS=suppressions=$(CURDIR)/tests/sanitizers/leaks.supp:print_suppressions=0 \
+		UBSAN_OPTIONS=print_stacktrace=1 $(XVFB) ./$$suite || exit 1; done
+	cmake --build $(TSAN_DIR) -j $(JOBS) --target $(TSAN_SUITES)
+	cd $(TSAN_DIR)/tests && for suite in $(TSAN_SUITES); do \
+		TSAN_OPTIONS=halt_on_error=1 $(XVFB) ./$$suite || exit 1; done
+
+# Each fuzzer for ten million inputs or twenty minutes, whichever comes
+# first (about 1 h 40 min in all; not part of CI). Findings stay in
+# build/fuzz/fuzz/<fuzzer>-corpus.
+FUZZERS := state_chunk:state midi_map:midimap user_settings:settings preset_file:preset bank_file:bank
+
+fuzz-long: deps $(FUZZ_DIR)/build.ninja
+	cmake --build $(FUZZ_DIR) -j $(JOBS) --target quorlane_fuzzers
+	cd $(FUZZ_DIR)/fuzz && for f in $(FUZZERS); do name=quorlane_fuzz_$${f%%:*}; \
+		./$$name -runs=10000000 -max_total_time=1200 -print_final_stats=1 \
+			$$name-corpus $(CURDIR)/tests/corpus/$${f##*:} || exit 1; done
 
 install: release
 	@mkdir -p $(HOME)/.vst $(HOME)/.vst3 $(HOME)/.lv2

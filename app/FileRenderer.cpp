@@ -25,6 +25,10 @@ namespace
         if (summary.peak > 1.0f)
             text << "; clipped: lower Output Volume or Wet Gain";
 
+        if (summary.nonFiniteInputSamples > 0)
+            text << "; the input held " << juce::String (summary.nonFiniteInputSamples)
+                 << " samples that were NaN or infinite, rendered as silence";
+
         if (summary.tailCutShort)
             text << "; the tail was still sounding after " << juce::String (tail.seconds, 0)
                  << " s and was cut there (--tail SECONDS renders a longer one)";

@@ -2,11 +2,36 @@
 
 #include "engine/Quorlane.h"
 
+#include <cmath>
+#include <limits>
 #include <optional>
 
 namespace
 {
     constexpr int blockSize = 512;
+
+    // The largest magnitude of both channels; a NaN or an infinity makes it infinite.
+    float truePeak (const juce::AudioBuffer<float>& block, int start, int count)
+    {
+        float peak = 0.0f;
+
+        for (int channel = 0; channel < 2; ++channel)
+            for (const float* x = block.getReadPointer (channel, start), * end = x + count; x != end; ++x)
+                peak = std::isfinite (*x) ? std::max (peak, std::abs (*x)) : std::numeric_limits<float>::infinity();
+
+        return peak;
+    }
+
+    juce::int64 countNonFinite (const juce::AudioBuffer<float>& block, int count)
+    {
+        juce::int64 found = 0;
+
+        for (int channel = 0; channel < 2; ++channel)
+            for (const float* x = block.getReadPointer (channel), * end = x + count; x != end; ++x)
+                found += std::isfinite (*x) ? 0 : 1;
+
+        return found;
+    }
 
     // Everything after the plug-in: drops the latency, passes the span of the
     // input on, and decides where the tail ends. A tail that stops at
@@ -122,7 +147,7 @@ namespace
 
             sink (block, start, count);
             summary.numSamples += count;
-            summary.peak = std::max ({ summary.peak, block.getMagnitude (0, start, count), block.getMagnitude (1, start, count) });
+            summary.peak = std::max (summary.peak, truePeak (block, start, count));
         }
 
         const OutputBlockSink& sink;
@@ -154,7 +179,7 @@ RenderSummary renderThroughPlugin (Quorlane& plugin, double sampleRate,
     OutputStage output (sink, plugin.getLatencySamples(), tail, sampleRate);
     juce::AudioBuffer<float> block (2, blockSize);
     juce::MidiBuffer noMidi;
-    juce::int64 inputLength = 0;
+    juce::int64 inputLength = 0, nonFiniteInput = 0;
     bool inputEnded = false;
 
     while (! output.isFinished())
@@ -165,6 +190,7 @@ RenderSummary renderThroughPlugin (Quorlane& plugin, double sampleRate,
         {
             filled = juce::jlimit (0, blockSize, source (block));
             inputLength += filled;
+            nonFiniteInput += countNonFinite (block, filled);
 
             if (inputSamplesDone != nullptr)
                 inputSamplesDone->store (inputLength);
@@ -184,5 +210,7 @@ RenderSummary renderThroughPlugin (Quorlane& plugin, double sampleRate,
     }
 
     plugin.releaseResources();
-    return output.finish();
+    auto summary = output.finish();
+    summary.nonFiniteInputSamples = nonFiniteInput;
+    return summary;
 }

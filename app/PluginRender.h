@@ -27,7 +27,8 @@ struct TailLength
 struct RenderSummary
 {
     juce::int64 numSamples = 0; // written to the sink
-    float peak = 0.0f;
+    float peak = 0.0f;          // the output's largest magnitude; infinite if anything was not finite
+    juce::int64 nonFiniteInputSamples = 0; // NaN or infinite input samples, which the plug-in takes as silence
     bool tailCutShort = false;  // a tail meant to stop at silence was still sounding at its limit
 };
 

@@ -2,7 +2,8 @@
 // counter "cpu_per_audio_s"), for each quality, sample rate and host block
 // size, with three kinds of input: noise; silence while the tail of earlier
 // noise still rings (it must not cost more than sound: no subnormal stalls);
-// and silence after the tail has ended.
+// and silence after the tail has ended. Subnormal input (noise scaled down
+// below the smallest normal float) must cost no more than noise.
 
 #include "engine/QuorlaneCore.h"
 
@@ -13,19 +14,19 @@
 
 namespace
 {
-enum class Input { noise, tail, gated };
+enum class Input { noise, subnormal, tail, gated };
 
 class Renderer
 {
 public:
-    Renderer (double sampleRate, int blockSize, unsigned quality)
+    Renderer (double sampleRate, int blockSize, unsigned quality, float scale = 1.0f)
         : blockSize (blockSize), noise ((size_t) sampleRate * 2), out ((size_t) blockSize * 2)
     {
         std::mt19937 random (1);
         std::uniform_real_distribution<float> dist (-0.5f, 0.5f);
 
         for (auto& x : noise)
-            x = dist (random);
+            x = dist (random) * scale;
 
         core.prepare (sampleRate, blockSize);
         core.setQuality (quality);
@@ -63,7 +64,7 @@ void renderCore (benchmark::State& state, Input input)
     const auto sampleRate = (double) state.range (1);
     const auto blockSize = (int) state.range (2);
 
-    Renderer renderer (sampleRate, blockSize, quality);
+    Renderer renderer (sampleRate, blockSize, quality, input == Input::subnormal ? 1e-39f : 1.0f);
     renderer.renderSeconds (1.0, true, sampleRate);
 
     if (input == Input::gated)
@@ -82,7 +83,7 @@ void renderCore (benchmark::State& state, Input input)
             state.ResumeTiming();
         }
 
-        renderer.render (input == Input::noise);
+        renderer.render (input == Input::noise || input == Input::subnormal);
         benchmark::DoNotOptimize (renderer.output().data());
     }
 
@@ -103,10 +104,12 @@ void arguments (benchmark::internal::Benchmark* b)
 }
 
 void noise (benchmark::State& state)  { renderCore (state, Input::noise); }
+void subnormal (benchmark::State& state) { renderCore (state, Input::subnormal); }
 void tail (benchmark::State& state)   { renderCore (state, Input::tail); }
 void gated (benchmark::State& state)  { renderCore (state, Input::gated); }
 }
 
 BENCHMARK (noise)->Apply (arguments);
+BENCHMARK (subnormal)->Apply (arguments);
 BENCHMARK (tail)->Apply (arguments);
 BENCHMARK (gated)->Apply (arguments);

@@ -13,6 +13,9 @@ public:
 
     BiquadTuning& getTuning() noexcept { return tuning; }
 
+    // Forgets the signal; the tuning stays.
+    void clear() noexcept { state1 = state2 = 0.0; }
+
     void process (double* io) noexcept;
 
 private:

@@ -41,13 +41,18 @@ void DelayElement::prepare (double sampleRate)
     if (newCapacity != capacity)
         allocate (newCapacity);
     else
-        std::memset (buffer, 0, (std::size_t) (capacity + guard) * sizeof (double));
+        clear();
 
-    writeIndex = 0;
     rate = 2.0 * (1.0 - std::pow (0.5, 44100.0 / sampleRate));
     glide = rate * 0.0001;
     length = clampLength (length);
     setLength (targetLength);
+}
+
+void DelayElement::clear() noexcept
+{
+    std::memset (buffer, 0, (std::size_t) (capacity + guard) * sizeof (double));
+    writeIndex = 0;
 }
 
 double DelayElement::clampLength (double samples) const noexcept

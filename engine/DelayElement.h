@@ -27,6 +27,9 @@ public:
     // Sizes the buffer for one second (at least 44100 samples) and clears it.
     void prepare (double sampleRate);
 
+    // Silences the buffer; lengths, modulation and coefficients stay.
+    void clear() noexcept;
+
     // Sets the target length; the current length glides towards it.
     void setLength (double samples) noexcept;
 

@@ -20,6 +20,11 @@ namespace
 
 Quorlane::Quorlane()
 {
+    // "Decay Time" is the plug-in's own output: publishing it tells its
+    // deferred listeners (the editor) and need not run the chain again.
+    if (auto* decayTime = getPluginParameter (decayTimeIndex))
+        decayTime->removeImmediateListener (this);
+
     initialise();
     publishDecayTime();
 }
@@ -28,9 +33,7 @@ Quorlane::~Quorlane() = default;
 
 std::unique_ptr<CorvelleEffect::Core> Quorlane::createCore()
 {
-    auto core = std::make_unique<QuorlaneCore>();
-    reverb = core.get();
-    return core;
+    return std::make_unique<QuorlaneCore>();
 }
 
 void Quorlane::parameterChanged (Parameter& parameter)
@@ -43,17 +46,26 @@ void Quorlane::parameterChanged (Parameter& parameter)
 
 void Quorlane::prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock)
 {
+    decayRate.store (sampleRate);
     CorvelleEffect::prepareToPlay (sampleRate, maximumExpectedSamplesPerBlock);
     publishDecayTime();
 }
 
+// From the parameters' values, on whichever thread changed one of them; the
+// core keeps no say in it, so nothing waits for the core to take the change.
 void Quorlane::publishDecayTime()
 {
-    if (reverb == nullptr)
-        return;
+    std::array<double, QuorlaneMapping::parameterCount> values = QuorlaneMapping::defaultValues;
+
+    for (uint32_t i = 0; i < values.size(); ++i)
+        if (const auto* p = getPluginParameter (i))
+            values[i] = juce::jlimit (0.0, 1.0, (double) p->getNormalisedValue());
+
+    const double seconds = QuorlaneCore::estimateDecaySeconds (values, decayRate.load());
+    decaySeconds.store (seconds);
 
     if (auto* decayTime = getPluginParameter (decayTimeIndex))
-        decayTime->setValue ((float) reverb->getDecayEstimateSeconds(), true);
+        decayTime->setValue ((float) seconds, true);
 }
 
 juce::String Quorlane::getParameterDisplayText (int index, float normalisedValue) const
@@ -70,7 +82,7 @@ juce::String Quorlane::getParameterDisplayText (int index, float normalisedValue
 
 double Quorlane::getTailLengthSeconds() const
 {
-    return reverb != nullptr ? juce::jlimit (0.0, 1000.0, reverb->getDecayEstimateSeconds()) : 0.0;
+    return juce::jlimit (0.0, 1000.0, decaySeconds.load());
 }
 
 juce::AudioProcessor* JUCE_CALLTYPE createPluginFilter()

@@ -2,8 +2,6 @@
 
 #include "framework/CorvelleEffect.h"
 
-class QuorlaneCore;
-
 // The product: the reverb engine behind the effect base, its parameter texts
 // and the published decay-time estimate.
 class Quorlane : public CorvelleEffect
@@ -32,5 +30,6 @@ private:
     // as seconds too), so its normalised value is seconds / 1000.
     void publishDecayTime();
 
-    QuorlaneCore* reverb = nullptr;
+    std::atomic<double> decayRate { 44100.0 }; // the rate the estimate is made for
+    std::atomic<double> decaySeconds { 0.0 };
 };

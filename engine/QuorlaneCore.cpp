@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 using namespace QuorlaneMapping;
 
@@ -27,6 +28,25 @@ using Pair = double __attribute__ ((vector_size (16)));
 using Floats = float __attribute__ ((vector_size (8)));
 
 constexpr int ringMask = 2 * QuorlaneCore::blockSize - 1;
+constexpr double floatMax = std::numeric_limits<float>::max();
+
+// Whether four blocks hold only finite numbers: x - x is 0 for those and NaN
+// for NaN and infinity. Four lanes of pairs keep the sums independent.
+bool isFinite (const double* a, const double* b, const double* c, const double* d) noexcept
+{
+    Pair sum[4] {};
+
+    for (int n = 0; n < QuorlaneCore::blockSize; n += 2)
+    {
+        const Pair x[4] = { { a[n], a[n + 1] }, { b[n], b[n + 1] }, { c[n], c[n + 1] }, { d[n], d[n + 1] } };
+
+        for (int k = 0; k < 4; ++k)
+            sum[k] += x[k] - x[k];
+    }
+
+    const Pair total = (sum[0] + sum[1]) + (sum[2] + sum[3]);
+    return total[0] + total[1] == 0.0;
+}
 constexpr std::uint32_t decayIndices = (1u << earlySize) | (1u << earlyDiffusion) | (1u << lateSize)
                                      | (1u << lateDiffusion) | (1u << lateFeedback) | (1u << crossFade)
                                      | (1u << modulation) | (1u << predelay);
@@ -84,26 +104,53 @@ QuorlaneCore::QuorlaneCore()
     recomputeAll();
 }
 
+// Everything the signal has left behind goes: the rings, the network's
+// buffers and filter states, the gate's envelopes and the meters' peaks. The
+// settings and their glides stay.
 void QuorlaneCore::reset()
 {
     std::memset (ring, 0, sizeof (ring));
     writeIndex = blockSize;
     readIndex = 0;
     fill = 0;
+
+    clearNetwork();
+
+    std::fill (std::begin (envelope), std::end (envelope), 0.0);
+    std::fill (std::begin (active), std::end (active), false);
+    std::fill (std::begin (peak), std::end (peak), 0.0);
 }
 
-void QuorlaneCore::prepare (double sampleRate, int)
+void QuorlaneCore::clearNetwork() noexcept
 {
-    rate = RateConstants::forRate (sampleRate, rate.rateClass);
-
-    reset();
     std::memset (work, 0, sizeof (work));
     std::memset (earlyOut, 0, sizeof (earlyOut));
     std::memset (crossDelayOut, 0, sizeof (crossDelayOut));
 
     for (auto& e : elements)
+        e.clear();
+
+    earlyEq.clear();
+    lateEq.clear();
+    earlyEqMono.clear();
+    lateEqMono.clear();
+
+    std::fill (std::begin (crossfeedState), std::end (crossfeedState), 0.0);
+    std::fill (std::begin (lateLowState), std::end (lateLowState), 0.0);
+    std::fill (std::begin (highPreviousIn), std::end (highPreviousIn), 0.0);
+    std::fill (std::begin (highPreviousOut), std::end (highPreviousOut), 0.0);
+}
+
+void QuorlaneCore::prepare (double sampleRate, int)
+{
+    // Settings posted since the last block are part of what the network starts from.
+    inbox.deliverTo (*this);
+    rate = RateConstants::forRate (sampleRate, rate.rateClass);
+
+    for (auto& e : elements)
         e.prepare (sampleRate);
 
+    reset();
     recomputeAll();
 }
 
@@ -115,7 +162,7 @@ void QuorlaneCore::recomputeAll() noexcept
 
     // The preset fade runs out in about 1400 samples at 44100 Hz (30 ms):
     // long enough not to click, short enough to feel immediate.
-    fadeCoefficient = rate.fade;
+    fade.setCoefficient (rate.fade);
     peakDecay = 1.0 - rate.meterRelease;
 
     // Frequency, gain and bandwidth are consecutive parameters.
@@ -141,12 +188,6 @@ void QuorlaneCore::recomputeAll() noexcept
 
     for (auto* s : { &crossFadeMix, &wetMix, &dryWetMix, &volumeMix })
         s->value = s->target;
-
-    std::fill (std::begin (crossfeedState), std::end (crossfeedState), 0.0);
-    std::fill (std::begin (lateLowState), std::end (lateLowState), 0.0);
-    std::fill (std::begin (highPreviousIn), std::end (highPreviousIn), 0.0);
-    std::fill (std::begin (highPreviousOut), std::end (highPreviousOut), 0.0);
-    std::fill (std::begin (peak), std::end (peak), 0.0);
 
     updateDecayEstimate();
 }
@@ -178,8 +219,7 @@ void QuorlaneCore::applyParameter (std::uint32_t index) noexcept
     {
         case earlySize:
         {
-            earlyFirstLength = sr / earlySizeFrequency (p);
-            double length = earlyFirstLength;
+            double length = sr / earlySizeFrequency (p);
 
             for (int i = 0; i < 2 * earlyStages; ++i, length *= elementRatio)
                 early (i).setLength (length);
@@ -212,14 +252,12 @@ void QuorlaneCore::applyParameter (std::uint32_t index) noexcept
         case lateSize:
         {
             const double semitones = lateSemitones (p);
-            lateFirstLength = sr / pitchFrequency (semitones);
-            leftCrossLength = sr / pitchFrequency (semitones - leftCrossOffset);
-            double length = lateFirstLength;
+            double length = sr / pitchFrequency (semitones);
 
             for (int i = 0; i < 2 * lateStages; ++i, length *= elementRatio)
                 late (i).setLength (length);
 
-            crossDelay (0).setLength (leftCrossLength);
+            crossDelay (0).setLength (sr / pitchFrequency (semitones - leftCrossOffset));
             crossDelay (1).setLength (sr / pitchFrequency (semitones - rightCrossOffset));
             break;
         }
@@ -258,9 +296,8 @@ void QuorlaneCore::applyParameter (std::uint32_t index) noexcept
             break;
 
         case predelay:
-            predelayLength = predelaySeconds (p) * sr;
-            predelayLine (0).setLength (predelayLength);
-            predelayLine (1).setLength (predelayLength);
+            predelayLine (0).setLength (predelaySeconds (p) * sr);
+            predelayLine (1).setLength (predelaySeconds (p) * sr);
             break;
 
         case wetGain:      wetMix.target = wetGainFactor (p); break;
@@ -270,26 +307,36 @@ void QuorlaneCore::applyParameter (std::uint32_t index) noexcept
     }
 }
 
-// A fitted estimate of the time the tail takes to fall by 100 dB.
 void QuorlaneCore::updateDecayEstimate() noexcept
 {
-    const double r = rate.inverseRatio;
+    decayEstimate.store (estimateDecaySeconds (values, rate.sampleRate), std::memory_order_relaxed);
+}
+
+// A fitted estimate of the time the tail takes to fall by 100 dB.
+double QuorlaneCore::estimateDecaySeconds (const std::array<double, parameterCount>& v, double sampleRate) noexcept
+{
+    const double r = 44100.0 / sampleRate;
+    const double earlyFirst = sampleRate / earlySizeFrequency (v[earlySize]);
+    const double semitones = lateSemitones (v[lateSize]);
+    const double lateFirst = sampleRate / pitchFrequency (semitones);
+    const double leftCross = sampleRate / pitchFrequency (semitones - leftCrossOffset);
+    const double predelayLength = predelaySeconds (v[predelay]) * sampleRate;
     double d;
 
-    if (crossFadeMix.target < 0.1)
+    if (v[crossFade] < 0.1)
     {
-        const double g = earlyDiffusionCoefficient (values[earlyDiffusion]);
-        d = ((g * 41.59999999999993 - 25.03999999999991) * g + 13.843999999999973 + 1e-20) * r * earlyFirstLength;
+        const double g = earlyDiffusionCoefficient (v[earlyDiffusion]);
+        d = ((g * 41.59999999999993 - 25.03999999999991) * g + 13.843999999999973 + 1e-20) * r * earlyFirst;
     }
     else
     {
-        const double g = lateDiffusionCoefficient (values[lateDiffusion]);
-        const double b = (89580.7308855083 - (g * 7530.716911570022 + r * lateFirstLength * 0.26112525671395515))
-                       / (1.0 - (r * lateFirstLength * 4.68951007573023e-5 + g * 0.1603692452634422));
-        d = (std::log (1e-5) / std::log (feedback) + 1.0) * leftCrossLength * r + b + 1e-20;
+        const double g = lateDiffusionCoefficient (v[lateDiffusion]);
+        const double b = (89580.7308855083 - (g * 7530.716911570022 + r * lateFirst * 0.26112525671395515))
+                       / (1.0 - (r * lateFirst * 4.68951007573023e-5 + g * 0.1603692452634422));
+        d = (std::log (1e-5) / std::log (feedbackGain (v[lateFeedback])) + 1.0) * leftCross * r + b + 1e-20;
     }
 
-    decayEstimate.store ((r * predelayLength + d) / (r * 44100.0), std::memory_order_relaxed);
+    return (r * predelayLength + d) / (r * 44100.0);
 }
 
 void QuorlaneCore::setQuality (unsigned q)
@@ -315,9 +362,15 @@ void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs,
     {
         const int count = std::min (numSamples - done, blockSize - fill);
 
+        // NaN and infinity count as silence, for the network and the dry path.
         for (int c = 0; c < channels; ++c)
+        {
             for (int i = 0, w = writeIndex; i < count; ++i, w = (w + 1) & ringMask)
-                ring[c][w] = (double) inputs[c][done + i];
+            {
+                const double x = inputs[c][done + i];
+                ring[c][w] = std::isfinite (x) ? x : 0.0;
+            }
+        }
 
         writeIndex = (writeIndex + count) & ringMask;
         fill += count;
@@ -325,6 +378,7 @@ void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs,
         if (fill == blockSize)
         {
             fill = 0;
+            inbox.deliverTo (*this);
             (this->*block) (writeIndex == 0 ? blockSize : 0);
         }
 
@@ -337,7 +391,7 @@ void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs,
         done += count;
     }
 
-    publishMeters (peak[0], peak[1]);
+    meters.publish (peak[0], peak[1]);
 }
 
 // Copies the block to the work buffers and reports whether the network runs.
@@ -434,6 +488,10 @@ void QuorlaneCore::processBlock (int offset) noexcept
     crossDelay (1).process (work[1], crossDelayOut[1], quality);
 
     lateEq.process (work[0], work[1]);
+
+    if (! isFinite (work[0], work[1], earlyOut[0], earlyOut[1]))
+        clearNetwork();
+
     mixAndMeter (offset, 2);
 }
 
@@ -482,13 +540,17 @@ void QuorlaneCore::processMonoBlock (int offset) noexcept
 
     crossDelay (0).process (x, crossDelayOut[0], quality);
     lateEqMono.process (x);
+
+    if (! isFinite (x, x, earlyOut[0], earlyOut[0]))
+        clearNetwork();
+
     mixAndMeter (offset, 1);
 }
 
 void QuorlaneCore::advanceMixers() noexcept
 {
-    if (fadeActive)
-        advancePresetFade (rate.sampleRate);
+    if (fade.isActive() && fade.advance (rate.sampleRate) && presetChangeTarget != nullptr)
+        presetChangeTarget->applyPendingPresetChange();
 
     crossFadeMix.advance (rate.smoothing);
     wetMix.advance (rate.smoothing);
@@ -502,6 +564,7 @@ void QuorlaneCore::advanceMixers() noexcept
 void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
 {
     const int last = channels - 1;
+    const Pair top { floatMax, floatMax };
     double* left = ring[0] + offset;
     double* right = ring[last] + offset;
 
@@ -514,10 +577,14 @@ void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
         const Pair dry { left[n], right[n] };
         const Pair x = early + (late - early) * crossFadeMix.value;
         Pair out = ((wetMix.value * x - dry) * dryWetMix.value + dry) * volumeMix.value + 1e-20;
+
+        // A huge input can leave the mix beyond float range, where rounding would make it infinite.
+        out = out > top ? top : out;
+        out = out < -top ? -top : out;
         out = __builtin_convertvector (__builtin_convertvector (out, Floats), Pair);
 
-        if (fadeActive)
-            out *= fadeGain;
+        if (fade.isActive())
+            out *= fade.getGain();
 
         left[n] = out[0];
         right[n] = out[1];
@@ -544,7 +611,7 @@ void QuorlaneCore::silentBlock (int offset, int channels) noexcept
 // Held peaks for the meters, and the envelopes that close the gate.
 void QuorlaneCore::meterBlock (const double* left, const double* right) noexcept
 {
-    const auto& table = getMeterTable();
+    const auto& table = MeterHandOver::getTable();
     Pair peaks { peak[0], peak[1] }, envelopes { envelope[0], envelope[1] }, quietest { 1.0, 1.0 };
 
     for (int n = 0; n < blockSize; ++n)
@@ -555,7 +622,7 @@ void QuorlaneCore::meterBlock (const double* left, const double* right) noexcept
 
         for (int c = 0; c < 2; ++c)
         {
-            const int index = position[c] >= 0.0 ? (position[c] < (double) (meterTableSize - 1) ? (int) position[c] : meterTableSize - 1) : 0;
+            const int index = position[c] >= 0.0 ? (position[c] < (double) (MeterHandOver::tableSize - 1) ? (int) position[c] : MeterHandOver::tableSize - 1) : 0;
             level[c] = table[(size_t) index];
         }
 

@@ -6,6 +6,9 @@
 #include "engine/QuorlaneMapping.h"
 #include "engine/StereoBiquadFilter.h"
 #include "framework/CorvelleEffectCore.h"
+#include "framework/MeterHandOver.h"
+#include "framework/ParameterInbox.h"
+#include "framework/PresetFade.h"
 
 #include <array>
 #include <atomic>
@@ -43,6 +46,18 @@ public:
 
     QuorlaneCore();
 
+    void beginPresetChange() override { fade.begin(); }
+    void postParameter (std::uint32_t index, float normalisedValue) noexcept override { inbox.postParameter (index, normalisedValue); }
+    void postQuality (unsigned q) noexcept override { inbox.postQuality (q); }
+    void postPresetChange() noexcept override { inbox.postPresetChange(); }
+    void setTempo (double) override {}
+    void clockEvent (int, const Clock&) override {}
+    void setPresetChangeTarget (PresetChangeTarget* target) noexcept override { presetChangeTarget = target; }
+    bool isPresetFadeActive() const noexcept override { return fade.isActive(); }
+    void requestMeters() noexcept override { meters.request(); }
+    bool takeMeters (float& left, float& right) noexcept override { return meters.take (left, right); }
+    void peekMeters (float& left, float& right) const noexcept { meters.peek (left, right); }
+
     void reset() override;
     void prepare (double sampleRate, int maximumBlockSize) override;
     void setParameter (std::uint32_t index, float normalisedValue) override;
@@ -50,6 +65,10 @@ public:
     int getLatency() const override { return blockSize; }
     void process (const float* const* inputs, float* const* outputs, int numSamples) override;
     void processMono (float* const* channels, int numSamples) override;
+
+    // The decay estimate for a set of normalised values, in seconds.
+    static double estimateDecaySeconds (const std::array<double, QuorlaneMapping::parameterCount>& values,
+                                        double sampleRate) noexcept;
 
     // Seconds; safe to read from any thread.
     double getDecayEstimateSeconds() const noexcept { return decayEstimate.load (std::memory_order_relaxed); }
@@ -89,13 +108,20 @@ private:
     void runFrames (const float* const* inputs, float* const* outputs, int channels, int numSamples,
                     void (QuorlaneCore::*block) (int offset) noexcept) noexcept;
     void recomputeAll() noexcept;
+    // Silences the network: buffers, filter states, the current block. The
+    // core does this itself when its network turns non-finite.
+    void clearNetwork() noexcept;
     void setBassCut (double hz) noexcept;
 
     RateConstants rate;
     unsigned quality = 0;
 
+    ParameterInbox inbox;
+    MeterHandOver meters;
+    PresetFade fade;
+    PresetChangeTarget* presetChangeTarget = nullptr;
+
     std::array<double, QuorlaneMapping::parameterCount> values = QuorlaneMapping::defaultValues;
-    double earlyFirstLength = 0.0, lateFirstLength = 0.0, leftCrossLength = 0.0, predelayLength = 0.0;
     std::atomic<double> decayEstimate { 0.0 };
 
     // Framing.

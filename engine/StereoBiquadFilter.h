@@ -14,6 +14,9 @@ public:
 
     BiquadTuning& getTuning() noexcept { return tuning; }
 
+    // Forgets the signal; the tuning stays.
+    void clear() noexcept { state1[0] = state1[1] = state2[0] = state2[1] = 0.0; }
+
     void process (double* left, double* right) noexcept;
 
 private:

@@ -37,6 +37,27 @@ namespace
     }
 }
 
+// Runs the plug-in's poll on the message thread. An instance built elsewhere
+// (the renderer's workers) has no message loop to run it and none to report to.
+class BasePlugin::MessageThreadPoll : private juce::Timer
+{
+public:
+    explicit MessageThreadPoll (BasePlugin& o) : owner (o)
+    {
+        if (juce::MessageManager::existsAndIsCurrentThread())
+            startTimer (intervalMilliseconds);
+    }
+
+    ~MessageThreadPoll() override { stopTimer(); }
+
+private:
+    static constexpr int intervalMilliseconds = 20;
+
+    void timerCallback() override { owner.pollMessageThread(); }
+
+    BasePlugin& owner;
+};
+
 BasePlugin::BasePlugin()
     : AudioProcessor (BusesProperties().withInput ("Input", juce::AudioChannelSet::stereo(), true)
                                        .withOutput ("Output", juce::AudioChannelSet::stereo(), true))
@@ -44,10 +65,13 @@ BasePlugin::BasePlugin()
     parameterManager.load ("parameters.xml");
     createHostParameters();
     buildEventRegistry();
+    messageThreadPoll = std::make_unique<MessageThreadPoll> (*this);
 }
 
 BasePlugin::~BasePlugin()
 {
+    messageThreadPoll.reset();
+
     for (auto* p : parameterManager.getAllParameters())
         p->removeImmediateListener (this);
 }
@@ -320,6 +344,14 @@ void BasePlugin::handleControllerMessage (const juce::MidiMessage& message)
 }
 
 int BasePlugin::getNumPresets() const { return 0; }
+
+void BasePlugin::pollMessageThread()
+{
+    for (auto* p : parameterManager.getAllParameters())
+        p->flushDeferredNotification();
+
+    midiControl.pollMessageThread();
+}
 
 void BasePlugin::selectPresetFromProgramChange (int) {}
 

@@ -121,7 +121,15 @@ protected:
     // true when the element was taken.
     virtual bool restoreStateElement (const juce::XmlElement& element);
 
+    // Message thread, a few dozen times a second: carries out what changes
+    // made on other threads left to do here (deferred parameter
+    // notifications, the controller map's reports). Each class of the chain
+    // does its share, then calls its base.
+    virtual void pollMessageThread();
+
 private:
+    class MessageThreadPoll;
+
     void parameterAdded (Parameter& parameter) override;
     void createHostParameters();
     void buildEventRegistry();
@@ -133,6 +141,7 @@ private:
     std::array<std::atomic<float>, numFallbackValues> fallbackValues {};
     std::array<HostParameter*, hostParameterCount> hostParameters {};
     EventRegistry eventRegistry;
+    std::unique_ptr<MessageThreadPoll> messageThreadPoll;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (BasePlugin)
 };

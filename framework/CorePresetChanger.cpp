@@ -21,11 +21,26 @@ void CorePresetChanger::changePreset()
         return;
     }
 
-    const juce::ScopedLock sl (effect.getProcessingLock());
-    core.beginPresetChange();
+    core.postPresetChange();
 }
 
 void CorePresetChanger::applyPendingPresetChange()
 {
-    effect.applyCurrentPresetValues();
+    std::array<float, BasePluginOldStyle::numPresetableParameters> values;
+
+    if (! effect.readPresetValues ((int) effect.getCurrentPresetIndex(), values))
+        return;
+
+    // As a change through the parameters would, only values that differ reach the core.
+    for (size_t i = 0; i < values.size(); ++i)
+    {
+        const auto index = (uint32_t) (BasePluginOldStyle::firstPresetableIndex + (int) i);
+        const auto* parameter = effect.getPluginParameter (index);
+        const float value = juce::jlimit (0.0f, 1.0f, values[i]);
+
+        if (parameter != nullptr && parameter->getNormalisedValue() != value)
+            core.setParameter (index, value);
+    }
+
+    valuesApplied = true;
 }

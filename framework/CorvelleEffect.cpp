@@ -1,5 +1,6 @@
 #include "CorvelleEffect.h"
 
+#include "AudioCallbackScope.h"
 #include "CorePresetChanger.h"
 
 #include "editor/QuorlaneEditor.h"
@@ -10,6 +11,10 @@ namespace
 {
     const char* const qualityKeywords[] = { "low", "medium", "high", "highest" };
 }
+
+// Set on the audio thread while the parameters catch up with preset values
+// that the core already took at the quiet point of a silent change.
+thread_local const CorvelleEffect* CorvelleEffect::presetValuesInCore = nullptr;
 
 CorvelleEffect::CorvelleEffect() = default;
 
@@ -80,21 +85,16 @@ int CorvelleEffect::getCurrentQualityStep() const
     return qualityParameter != nullptr ? qualityStepFor (qualityParameter->getNormalisedValue()) : defaultQuality;
 }
 
+// Any thread: the value is posted to the core, which takes it at its next
+// block boundary; nothing waits and nothing is allocated.
 void CorvelleEffect::parameterChanged (Parameter& parameter)
 {
-    if (core != nullptr)
+    if (core != nullptr && presetValuesInCore != this)
     {
         if (&parameter == qualityParameter && supportsQuality() && ! isQualityLocked())
-        {
-            const auto step = (unsigned) qualityStepFor (parameter.getNormalisedValue());
-            const juce::ScopedLock sl (processingLock);
-            core->setQuality (step);
-        }
+            core->postQuality ((unsigned) qualityStepFor (parameter.getNormalisedValue()));
         else
-        {
-            const juce::ScopedLock sl (processingLock);
-            core->setParameter (parameter.getIndex(), parameter.getNormalisedValue());
-        }
+            core->postParameter (parameter.getIndex(), parameter.getNormalisedValue());
     }
 
     BasePluginOldStyle::parameterChanged (parameter);
@@ -177,6 +177,15 @@ void CorvelleEffect::prepareToPlay (double sampleRate, int maximumExpectedSample
     }
 }
 
+void CorvelleEffect::reset()
+{
+    if (core != nullptr)
+    {
+        const juce::ScopedLock sl (processingLock);
+        core->reset();
+    }
+}
+
 void CorvelleEffect::releaseResources()
 {
     prepared.exchange (0);
@@ -208,8 +217,10 @@ void CorvelleEffect::synchroniseClocks()
 
     if (core != nullptr)
     {
-        const juce::ScopedLock sl (processingLock);
-        core->setTempo (tempo);
+        const juce::ScopedTryLock sl (processingLock);
+
+        if (sl.isLocked())
+            core->setTempo (tempo);
     }
 
     for (auto* clock : clocks)
@@ -226,6 +237,7 @@ void CorvelleEffect::synchroniseClocks()
 
 void CorvelleEffect::processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages)
 {
+    const AudioCallbackScope audioCallback;
     const int numSamples = buffer.getNumSamples();
     const int numInputs = getTotalNumInputChannels();
     const int numOutputs = juce::jmin (getTotalNumOutputChannels(), buffer.getNumChannels());
@@ -266,8 +278,10 @@ void CorvelleEffect::processBlock (juce::AudioBuffer<float>& buffer, juce::MidiB
 
                 if (core != nullptr && clock->isEventForCore())
                 {
-                    const juce::ScopedLock sl (processingLock);
-                    core->clockEvent (i, *clock);
+                    const juce::ScopedTryLock sl (processingLock);
+
+                    if (sl.isLocked())
+                        core->clockEvent (i, *clock);
                 }
             }
         }
@@ -282,6 +296,9 @@ void CorvelleEffect::processBlock (juce::AudioBuffer<float>& buffer, juce::MidiB
         handleMidiEvent ((*event).getMessage());
 }
 
+// The processing lock is only ever held for long by a prepare on another
+// thread; the audio thread never waits for it and lets that piece pass
+// through unprocessed instead.
 void CorvelleEffect::renderPending()
 {
     if (pendingSamples <= 0)
@@ -289,18 +306,27 @@ void CorvelleEffect::renderPending()
 
     if (! isSuspended() && core != nullptr)
     {
-        const juce::ScopedLock sl (processingLock);
-        const std::lock_guard<std::recursive_mutex> coreGuard (core->getLock());
+        const juce::ScopedTryLock sl (processingLock);
 
-        if (isStereo)
+        if (sl.isLocked())
         {
-            float* channels[] = { leftPtr, rightPtr };
-            core->process (channels, channels, pendingSamples);
+            if (isStereo)
+            {
+                float* channels[] = { leftPtr, rightPtr };
+                core->process (channels, channels, pendingSamples);
+            }
+            else
+            {
+                core->processMono (&leftPtr, pendingSamples);
+            }
         }
-        else
-        {
-            core->processMono (&leftPtr, pendingSamples);
-        }
+    }
+
+    if (presetChanger != nullptr && presetChanger->takeValuesApplied())
+    {
+        presetValuesInCore = this;
+        applyCurrentPresetValues();
+        presetValuesInCore = nullptr;
     }
 
     leftPtr += pendingSamples;

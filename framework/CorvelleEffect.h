@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Clock.h"
+#include "CorePresetChanger.h"
 #include "CorvelleEffectCore.h"
 #include "presets/BasePluginOldStyle.h"
 
@@ -55,7 +56,8 @@ public:
     void releaseResources() override;
     void processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages) override;
     using AudioProcessor::processBlock;
-    void reset() override {}
+    // A stopped transport: the core forgets the signal, so playback starts from silence.
+    void reset() override;
     bool isPrepared() const noexcept { return prepared.load() != 0; }
 
     juce::AudioProcessorEditor* createEditor() override;
@@ -83,7 +85,9 @@ private:
     juce::OwnedArray<Clock> clocks;
     std::unique_ptr<Core> core;
     juce::CriticalSection processingLock;
-    std::unique_ptr<BasePluginOldStyle::PresetChanger> presetChanger; // after the lock: it takes it when destroyed
+    std::unique_ptr<CorePresetChanger> presetChanger; // after the lock: it takes it when destroyed
+
+    static thread_local const CorvelleEffect* presetValuesInCore;
 
     Parameter* qualityParameter = nullptr;
 

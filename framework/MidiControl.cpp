@@ -1,5 +1,6 @@
 #include "MidiControl.h"
 
+#include "AudioCallbackScope.h"
 #include "XmlReading.h"
 
 namespace
@@ -40,15 +41,40 @@ void MidiControl::handleMessage (const juce::MidiMessage& message)
 
     const int controller = message.getControllerNumber();
 
-    const juce::ScopedLock sl (lock);
-    learnFromController (controller);
+    // In the audio callback learning waits for the next poll; the slot is
+    // read without the lock.
+    if (learnMode.load())
+    {
+        if (AudioCallbackScope::isActive())
+            pendingLearnController.store (controller);
+        else
+            learnFromController (controller);
+    }
 
-    if (auto* p = slots[(size_t) controller])
+    if (auto* p = slots[(size_t) controller].load())
     {
         p->setNormalisedValue ((float) message.getControllerValue() * valueScale, true);
-        activity = true;
-        lastMoved = p;
+        lastMoved.store (p);
+        activity.store (true);
+        requestUpdate();
+    }
+}
+
+void MidiControl::requestUpdate()
+{
+    if (! AudioCallbackScope::isActive())
         triggerAsyncUpdate();
+}
+
+void MidiControl::pollMessageThread()
+{
+    if (const int controller = pendingLearnController.exchange (-1); controller >= 0)
+        learnFromController (controller);
+
+    if (mapChanged.load() || learnChanged.load() || activity.load())
+    {
+        cancelPendingUpdate();
+        handleAsyncUpdate();
     }
 }
 
@@ -91,7 +117,7 @@ void MidiControl::learnFromController (int controller)
 
     // A parameter touched first, with no controller yet, stays the choice.
     if (learnParameter == nullptr || learnController != -1)
-        learnParameter = slots[(size_t) controller];
+        learnParameter = slots[(size_t) controller].load();
 
     learnController = controller;
     learnCheck();
@@ -114,11 +140,11 @@ void MidiControl::learnFromParameter (Parameter& parameter)
 
 void MidiControl::learnCheck()
 {
-    if (learnController != -1 && learnParameter != nullptr && slots[(size_t) learnController] == nullptr)
+    if (learnController != -1 && learnParameter != nullptr && slots[(size_t) learnController].load() == nullptr)
         assignLocked (learnController, learnParameter, true);
 
     learnChanged = true;
-    triggerAsyncUpdate();
+    requestUpdate();
 }
 
 Parameter* MidiControl::getLearnParameter() const
@@ -147,7 +173,7 @@ void MidiControl::assignLocked (int controller, Parameter* parameter, bool notif
 {
     auto& slot = slots[(size_t) controller];
 
-    if (slot == parameter)
+    if (slot.load() == parameter)
         return;
 
     if (parameter != nullptr)
@@ -156,18 +182,18 @@ void MidiControl::assignLocked (int controller, Parameter* parameter, bool notif
 
         if (previous >= 0)
         {
-            slots[(size_t) previous] = nullptr;
+            slots[(size_t) previous].store (nullptr);
             --mappedCount;
         }
     }
 
-    mappedCount += (parameter != nullptr ? 1 : 0) - (slot != nullptr ? 1 : 0);
-    slot = parameter;
+    mappedCount += (parameter != nullptr ? 1 : 0) - (slot.load() != nullptr ? 1 : 0);
+    slot.store (parameter);
 
     if (notify)
     {
         mapChanged = true;
-        triggerAsyncUpdate();
+        requestUpdate();
     }
 }
 
@@ -178,7 +204,7 @@ void MidiControl::remove (int controller)
 
     const juce::ScopedLock sl (lock);
 
-    if (slots[(size_t) controller] != nullptr)
+    if (slots[(size_t) controller].load() != nullptr)
         assignLocked (controller, nullptr, true);
 
     if (learnMode)
@@ -194,7 +220,7 @@ void MidiControl::clear()
     const juce::ScopedLock sl (lock);
 
     for (int controller = 0; controller < numControllers; ++controller)
-        if (slots[(size_t) controller] != nullptr)
+        if (slots[(size_t) controller].load() != nullptr)
             assignLocked (controller, nullptr, true);
 }
 
@@ -203,8 +229,7 @@ Parameter* MidiControl::getParameterAt (int controller) const
     if (! isController (controller))
         return nullptr;
 
-    const juce::ScopedLock sl (lock);
-    return slots[(size_t) controller];
+    return slots[(size_t) controller].load();
 }
 
 int MidiControl::getControllerOf (const Parameter* parameter) const
@@ -213,7 +238,7 @@ int MidiControl::getControllerOf (const Parameter* parameter) const
 
     if (parameter != nullptr)
         for (int controller = 0; controller < numControllers; ++controller)
-            if (slots[(size_t) controller] == parameter)
+            if (slots[(size_t) controller].load() == parameter)
                 return controller;
 
     return -1;
@@ -263,7 +288,7 @@ std::unique_ptr<juce::XmlElement> MidiControl::writeMap (const juce::String& nam
 
     for (int controller = 0; controller < numControllers; ++controller)
     {
-        if (const auto* p = slots[(size_t) controller])
+        if (const auto* p = slots[(size_t) controller].load())
         {
             auto* assignment = map->createNewChildElement ("assign");
             assignment->setAttribute ("param", p->getName());
@@ -313,14 +338,11 @@ void MidiControl::handleAsyncUpdate()
     bool mapWasChanged, learnWasChanged;
     Parameter* moved = nullptr;
 
-    {
-        const juce::ScopedLock sl (lock);
-        mapWasChanged = std::exchange (mapChanged, false);
-        learnWasChanged = std::exchange (learnChanged, false);
+    mapWasChanged = mapChanged.exchange (false);
+    learnWasChanged = learnChanged.exchange (false);
 
-        if (std::exchange (activity, false))
-            moved = lastMoved;
-    }
+    if (activity.exchange (false))
+        moved = lastMoved.load();
 
     const juce::ScopedLock sl (listenerLock);
 

@@ -19,10 +19,13 @@
 // first, and the parameter chosen for learning stays chosen.
 //
 // Threads: handleMessage runs on the audio thread; everything else usually on
-// the message thread. Every slot and learn field is read and written under one
-// lock. The user interface hears of map, learn and controller activity only
-// through Listener calls made later on the message thread; only a learn-mode
-// switch is reported synchronously, on the thread that made it.
+// the message thread. Every slot and learn field is written under one lock;
+// inside the audio callback nothing takes the lock or posts: the slot is read
+// atomically, flags are set, and a controller to learn is left for the
+// owner's poll on the message thread (pollMessageThread). The user interface hears of
+// map, learn and controller activity only through Listener calls made later
+// on the message thread; only a learn-mode switch is reported synchronously,
+// on the thread that made it.
 class MidiControl : private juce::AsyncUpdater
 {
 public:
@@ -97,7 +100,12 @@ public:
     void addListener (Listener* listener);
     void removeListener (Listener* listener);
 
+    // Message thread: learns from a controller the audio thread saw and
+    // reports what changed since the last report.
+    void pollMessageThread();
+
 private:
+    void requestUpdate();
     void learnCheck();
     void assignLocked (int controller, Parameter* parameter, bool notify);
     void handleAsyncUpdate() override;
@@ -105,13 +113,14 @@ private:
     ParameterManager& parameters;
     const std::function<juce::String()> applicationName;
 
-    std::array<Parameter*, numControllers> slots {};
+    std::array<std::atomic<Parameter*>, numControllers> slots {};
     int mappedCount = 0;
-    bool learnMode = false;
+    std::atomic<bool> learnMode { false };
     Parameter* learnParameter = nullptr;
     int learnController = -1;
-    bool mapChanged = false, learnChanged = false, activity = false;
-    Parameter* lastMoved = nullptr;
+    std::atomic<bool> mapChanged { false }, learnChanged { false }, activity { false };
+    std::atomic<Parameter*> lastMoved { nullptr };
+    std::atomic<int> pendingLearnController { -1 };
     juce::CriticalSection lock;
 
     // Separate from the map's lock so that a listener's work never holds up

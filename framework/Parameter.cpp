@@ -1,5 +1,7 @@
 #include "Parameter.h"
 
+#include "AudioCallbackScope.h"
+
 Parameter::Parameter (uint32_t indexToUse, const juce::String& nameToUse)
     : index (indexToUse), name (nameToUse)
 {
@@ -69,7 +71,9 @@ void Parameter::notifyChange (bool notify)
 
     int expected = 0;
 
-    if (deferredPending.compare_exchange_strong (expected, 1))
+    // The audio callback posts nothing: its change stays pending until the
+    // owner's poll on the message thread delivers it.
+    if (deferredPending.compare_exchange_strong (expected, 1) && ! AudioCallbackScope::isActive())
     {
         triggerAsyncUpdate();
 
@@ -81,7 +85,11 @@ void Parameter::notifyChange (bool notify)
 
 void Parameter::flushDeferredNotification()
 {
-    handleUpdateNowIfNeeded();
+    if (deferredPending.load() == 0)
+        return;
+
+    cancelPendingUpdate();
+    handleAsyncUpdate();
 }
 
 void Parameter::handleAsyncUpdate()

@@ -11,6 +11,8 @@
 // value in its own unit and converts to and from a normalised float, an
 // integer, a flag and text. Changes notify two listener groups: immediate ones
 // on the changing thread and deferred ones, coalesced, on the message thread.
+// A change made inside the audio callback (AudioCallbackScope) posts nothing
+// and waits for the owner to flush it from the message thread.
 class Parameter : private juce::AsyncUpdater
 {
 public:
@@ -49,7 +51,8 @@ public:
     void addDeferredListener (Listener* listener);
     void removeDeferredListener (Listener* listener);
 
-    // Delivers a pending deferred notification now (message thread only).
+    // Delivers a pending deferred notification now, whichever thread made the
+    // change (message thread only).
     void flushDeferredNotification();
 
 protected:

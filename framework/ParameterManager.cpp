@@ -98,6 +98,10 @@ void ParameterManager::addParameter (std::unique_ptr<Parameter> parameter, bool 
 
     {
         const juce::ScopedLock sl (listLock);
+
+        if (added->getIndex() < numDirectIndices)
+            direct[added->getIndex()].store (added, std::memory_order_release);
+
         parameters[added->getIndex()] = std::move (parameter);
     }
 
@@ -107,6 +111,9 @@ void ParameterManager::addParameter (std::unique_ptr<Parameter> parameter, bool 
 
 Parameter* ParameterManager::getParameter (uint32_t index) const
 {
+    if (index < numDirectIndices)
+        return direct[index].load (std::memory_order_acquire);
+
     const juce::ScopedLock sl (listLock);
     const auto found = parameters.find (index);
     return found != parameters.end() ? found->second.get() : nullptr;

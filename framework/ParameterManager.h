@@ -2,11 +2,14 @@
 
 #include "Parameter.h"
 
+#include <array>
+#include <atomic>
 #include <map>
 
 // Owns every Parameter, filed by index, and fills itself from a parameter
 // description document. Lookups (by index or by name) take the list lock for
-// the lookup only, never across a call into a parameter.
+// the lookup only, never across a call into a parameter; the first 32
+// indices, which the audio thread looks up, are found without it.
 class ParameterManager
 {
 public:
@@ -38,7 +41,10 @@ public:
     static constexpr const char* rootTag = "PluginParameters";
 
 private:
+    static constexpr uint32_t numDirectIndices = 32;
+
     Listener* const listener;
+    std::array<std::atomic<Parameter*>, numDirectIndices> direct {};
     mutable juce::CriticalSection listLock;
     std::map<uint32_t, std::unique_ptr<Parameter>> parameters;
 

@@ -4,6 +4,7 @@
 #include "Preset.h"
 #include "PresetBank.h"
 #include "PresetValueText.h"
+#include "framework/AudioCallbackScope.h"
 #include "framework/IntParameter.h"
 #include "framework/Resources.h"
 #include "framework/XmlReading.h"
@@ -36,35 +37,7 @@ namespace
     }
 }
 
-// Carries what a change made off the message thread must still do there.
-class BasePluginOldStyle::MessageThreadReport : public juce::AsyncUpdater
-{
-public:
-    explicit MessageThreadReport (BasePluginOldStyle& o) : owner (o) {}
-    ~MessageThreadReport() override { cancelPendingUpdate(); }
-
-    void presetApplied() noexcept { applied = true; triggerAsyncUpdate(); }
-    void bankChanged() noexcept { changed = true; triggerAsyncUpdate(); }
-
-private:
-    void handleAsyncUpdate() override
-    {
-        if (changed.exchange (false))
-            owner.reportBankChanged();
-
-        if (applied.exchange (false))
-        {
-            owner.publishCurrentPreset (true);
-            owner.reportPresetApplied();
-        }
-    }
-
-    BasePluginOldStyle& owner;
-    std::atomic<bool> applied { false }, changed { false };
-};
-
 BasePluginOldStyle::BasePluginOldStyle()
-    : report (std::make_unique<MessageThreadReport> (*this))
 {
     auto number = std::make_unique<IntParameter> (currentPresetNumberIndex, "Current Preset Number", 0, numSlots - 1, 0);
     auto name = std::make_unique<StringParameter> (currentPresetNameIndex, "Current Preset Name", juce::String(), presetNameLength);
@@ -76,8 +49,8 @@ BasePluginOldStyle::BasePluginOldStyle()
     defaultPreset.values = liveValues();
     copyBuffer.values = defaultPreset.values;
 
-    for (auto& slot : bank.slots)
-        slot.values = defaultPreset.values;
+    for (int i = 0; i < numSlots; ++i)
+        writeSlotValues (i, defaultPreset.values);
 
     bank.groups = { { PresetBankRecord::unusedGroupName, numSlots } };
 }
@@ -158,15 +131,29 @@ void BasePluginOldStyle::applyCurrentPreset()
 void BasePluginOldStyle::applyCurrentPresetValues()
 {
     std::array<float, numPresetableParameters> values;
-
-    {
-        const juce::ScopedLock sl (slotLock);
-        values = bank.slots[getCurrentPresetIndex() % numSlots].values;
-    }
-
+    readPresetValues ((int) (getCurrentPresetIndex() % numSlots), values);
     setParameterValues (values);
     presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), true);
-    report->presetApplied();
+    presetAppliedPending.store (true, std::memory_order_release);
+}
+
+bool BasePluginOldStyle::readPresetValues (int index, std::array<float, numPresetableParameters>& values) const noexcept
+{
+    if (! isValidSlot (index))
+        return false;
+
+    for (size_t i = 0; i < values.size(); ++i)
+        values[i] = bankValues[(size_t) index][i].load (std::memory_order_relaxed);
+
+    return true;
+}
+
+void BasePluginOldStyle::writeSlotValues (int index, const std::array<float, numPresetableParameters>& values)
+{
+    bank.slots[(size_t) index].values = values;
+
+    for (size_t i = 0; i < values.size(); ++i)
+        bankValues[(size_t) index][i].store (values[i], std::memory_order_relaxed);
 }
 
 void BasePluginOldStyle::changeToPreset (int index)
@@ -239,12 +226,14 @@ void BasePluginOldStyle::publishCurrentPreset (bool notify)
     presetNameParameter->setText (getCurrentPresetName(), notify);
 }
 
+// Off the message thread only a flag is set; pollMessageThread reports it.
+// The values applied in the audio callback are always reported that way.
 void BasePluginOldStyle::reportPresetApplied()
 {
     if (isMessageThread())
         listeners.call ([this] (PresetManagerListener& l) { l.presetApplied (*this); });
     else
-        report->presetApplied();
+        presetAppliedPending.store (true, std::memory_order_release);
 }
 
 void BasePluginOldStyle::reportBankChanged()
@@ -252,7 +241,25 @@ void BasePluginOldStyle::reportBankChanged()
     if (isMessageThread())
         listeners.call ([this] (PresetManagerListener& l) { l.presetBankChanged (*this); });
     else
-        report->bankChanged();
+        bankChangedPending.store (true, std::memory_order_release);
+}
+
+void BasePluginOldStyle::pollMessageThread()
+{
+    for (auto indices = autoStorePending.exchange (0, std::memory_order_acquire); indices != 0; indices &= indices - 1)
+        if (const auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + __builtin_ctz (indices))))
+            storeAutomatically (*p);
+
+    if (bankChangedPending.exchange (false, std::memory_order_acq_rel))
+        reportBankChanged();
+
+    if (presetAppliedPending.exchange (false, std::memory_order_acq_rel))
+    {
+        publishCurrentPreset (true);
+        reportPresetApplied();
+    }
+
+    BasePlugin::pollMessageThread();
 }
 
 void BasePluginOldStyle::addPresetManagerListener (PresetManagerListener* listener) { listeners.add (listener); }
@@ -300,7 +307,7 @@ void BasePluginOldStyle::storeSlot (int index)
 
     {
         const juce::ScopedLock sl (slotLock);
-        bank.slots[(size_t) index].values = values;
+        writeSlotValues (index, values);
     }
 
     reportBankChanged();
@@ -341,7 +348,8 @@ void BasePluginOldStyle::pasteCopiedPreset()
 
     {
         const juce::ScopedLock sl (slotLock);
-        bank.slots[(size_t) index] = { copied.name, values };
+        bank.slots[(size_t) index].name = copied.name;
+        writeSlotValues (index, values);
     }
 
     presetNameParameter->setText (copied.name, true);
@@ -368,6 +376,9 @@ void BasePluginOldStyle::installBank (const PresetBankRecord& newBank)
     {
         const juce::ScopedLock sl (slotLock);
         bank.slots = newBank.slots;
+
+        for (int i = 0; i < numSlots; ++i)
+            writeSlotValues (i, newBank.slots[(size_t) i].values);
     }
 
     {
@@ -497,7 +508,8 @@ bool BasePluginOldStyle::readPresetElement (const juce::XmlElement& element, int
 
     {
         const juce::ScopedLock sl (slotLock);
-        bank.slots[(size_t) slot] = *record;
+        bank.slots[(size_t) slot].name = record->name;
+        writeSlotValues (slot, record->values);
     }
 
     if (slot == (int) getCurrentPresetIndex())
@@ -674,14 +686,27 @@ void BasePluginOldStyle::parameterChanged (Parameter& parameter)
 {
     BasePlugin::parameterChanged (parameter);
 
-    // Automatic storing keeps the current slot in step with every edit.
+    // Automatic storing keeps the current slot in step with every edit; an
+    // edit made in the audio callback is stored when the message thread polls.
     const auto index = (int) parameter.getIndex() - firstPresetableIndex;
 
     if (getStoringMode() == automaticStoring && index >= 0 && index < numPresetableParameters)
     {
-        const juce::ScopedLock sl (slotLock);
-        bank.slots[getCurrentPresetIndex() % numSlots].values[(size_t) index] = parameter.getNormalisedValue();
+        if (AudioCallbackScope::isActive())
+            autoStorePending.fetch_or (1u << index, std::memory_order_release);
+        else
+            storeAutomatically (parameter);
     }
+}
+
+void BasePluginOldStyle::storeAutomatically (const Parameter& parameter)
+{
+    const auto index = (size_t) ((int) parameter.getIndex() - firstPresetableIndex);
+    const auto slot = (int) (getCurrentPresetIndex() % numSlots);
+    const juce::ScopedLock sl (slotLock);
+    auto values = bank.slots[(size_t) slot].values;
+    values[index] = parameter.getNormalisedValue();
+    writeSlotValues (slot, values);
 }
 
 //==============================================================================

@@ -17,12 +17,13 @@ class StringParameter;
 //
 // Threads: the operations below are meant for the message thread (editor,
 // browser, settings page). Program changes arrive on the audio thread; they
-// and silent changes apply the values there and report the rest (the name
-// parameter, the listeners) on the message thread afterwards.
+// and silent changes apply the values there, read from a lock-free copy of
+// the slots' values, and report the rest (the name parameter, the listeners,
+// automatic storing) on the message thread when it next polls.
 //
 // Locks: the slots (with the default preset and the copy buffer) and the
 // group list (with the bank name) each have their own lock, held for one
-// lookup or one change; values and names are copied out under it.
+// lookup or one change on the message thread; the audio thread takes neither.
 class BasePluginOldStyle : public BasePlugin
 {
 public:
@@ -92,10 +93,14 @@ public:
     void selectNextPreset();
     void selectPreviousPreset();
 
-    // The values only, without allocating: for the audio thread (program
-    // changes and the quiet point of a silent change). The name parameter and
-    // the listeners follow on the message thread.
+    // The values only, without allocating or locking: for the audio thread
+    // (program changes and silent changes). The name parameter and the
+    // listeners follow on the message thread.
     void applyCurrentPresetValues();
+
+    // A slot's values from the bank's lock-free copy, for the audio thread;
+    // false for an invalid index.
+    bool readPresetValues (int index, std::array<float, numPresetableParameters>& values) const noexcept;
 
     //==============================================================================
     // Slots
@@ -190,6 +195,8 @@ public:
     void parameterChanged (Parameter& parameter) override;
 
 protected:
+    void pollMessageThread() override;
+
     // Reads the default preset, fills the bank as the default-presets mode
     // says and applies the current preset. The effect base calls it once its
     // core exists and the user settings have been read.
@@ -198,8 +205,6 @@ protected:
     bool restoreStateElement (const juce::XmlElement& element) override;
 
 private:
-    class MessageThreadReport;
-
     std::unique_ptr<juce::XmlElement> buildParametersState() const;
     void readParametersState (const juce::XmlElement& element);
     std::unique_ptr<juce::XmlElement> buildPresetsState() const;
@@ -214,6 +219,8 @@ private:
     void publishCurrentPreset (bool notify);
     void reportPresetApplied();
     void reportBankChanged();
+    void writeSlotValues (int index, const std::array<float, numPresetableParameters>& values); // under slotLock
+    void storeAutomatically (const Parameter& parameter);
 
     IntParameter* presetNumberParameter = nullptr;
     StringParameter* presetNameParameter = nullptr;
@@ -234,9 +241,16 @@ private:
     juce::String defaultPresetsFile;
     juce::File lastBankFolder;
 
+    // The slots' values again, each readable without a lock; written with
+    // the slots, under slotLock.
+    std::array<std::array<std::atomic<float>, numPresetableParameters>, numSlots> bankValues {};
+
     PresetChanger* presetChanger = nullptr;
     juce::ListenerList<PresetManagerListener> listeners;
-    std::unique_ptr<MessageThreadReport> report;
+
+    // What changes made off the message thread leave for it to do.
+    std::atomic<uint32_t> autoStorePending { 0 };
+    std::atomic<bool> presetAppliedPending { false }, bankChangedPending { false };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (BasePluginOldStyle)
 };

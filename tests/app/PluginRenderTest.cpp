@@ -132,3 +132,28 @@ TEST (PluginRender, TailUntilSilenceStopsAtItsLimit)
     EXPECT_EQ (result.audio.getNumSamples(), input.getNumSamples() + (int) sampleRate);
     EXPECT_TRUE (result.summary.tailCutShort);
 }
+
+// NaN and infinite input is counted and rendered as silence; the reported
+// peak is the true one of what was written.
+TEST (PluginRender, NonFiniteInputIsCountedAndThePeakIsTrue)
+{
+    auto input = noiseBurst (20000, 20000);
+    input.setSample (0, 100, std::numeric_limits<float>::quiet_NaN());
+    input.setSample (1, 5000, std::numeric_limits<float>::infinity());
+    input.setSample (0, 9000, -std::numeric_limits<float>::infinity());
+
+    const auto result = render (input, {}, TailLength::fixed (0.5));
+    EXPECT_EQ (result.summary.nonFiniteInputSamples, 3);
+
+    float peak = 0.0f;
+
+    for (int channel = 0; channel < 2; ++channel)
+        for (int i = 0; i < result.audio.getNumSamples(); ++i)
+        {
+            ASSERT_TRUE (std::isfinite (result.audio.getSample (channel, i))) << channel << " " << i;
+            peak = std::max (peak, std::abs (result.audio.getSample (channel, i)));
+        }
+
+    EXPECT_GT (peak, 0.01f);
+    EXPECT_EQ (result.summary.peak, peak);
+}

@@ -15,12 +15,20 @@ namespace
 
         void reset() override {}
         void prepare (double, int) override { log.push_back ("prepare"); }
-        void setParameter (uint32_t index, float value) override
-        {
-            parameters.emplace_back (index, value);
-        }
+        // What is set directly and what is handed over count alike here.
+        void setParameter (uint32_t index, float value) override { parameters.emplace_back (index, value); }
+        void postParameter (uint32_t index, float value) noexcept override { parameters.emplace_back (index, value); }
         void setQuality (unsigned q) override { quality = (int) q; }
+        void postQuality (unsigned q) noexcept override { quality = (int) q; }
+        void beginPresetChange() override {}
+        void postPresetChange() noexcept override {}
+        void setTempo (double) override {}
+        void clockEvent (int, const Clock&) override {}
         int getLatency() const override { return 32; }
+        void setPresetChangeTarget (PresetChangeTarget*) noexcept override {}
+        bool isPresetFadeActive() const noexcept override { return false; }
+        void requestMeters() noexcept override {}
+        bool takeMeters (float&, float&) noexcept override { return false; }
 
         void process (const float* const* in, float* const* out, int n) override
         {

@@ -9,7 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace
 {
@@ -167,6 +169,47 @@ TEST_P (HostedPlugin, ChangesAParameterAndProcessesAudio)
     EXPECT_NEAR (buffer.getSample (0, 32), 0.5f, 1e-6f);
     EXPECT_NEAR (buffer.getSample (1, 32), -0.5f, 1e-6f);
     EXPECT_EQ (plugin->getLatencySamples(), 32);
+}
+
+// NaN, infinities, the largest float and subnormals from a broken upstream
+// plug-in: every output stays finite and the reverb keeps sounding; after the
+// host stops processing (a reset) silence comes out as silence.
+TEST_P (HostedPlugin, SurvivesNonFiniteInputAndResetsToSilence)
+{
+    auto plugin = instantiate();
+    ASSERT_NE (plugin, nullptr);
+
+    const float hostile[] = { std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+                              -std::numeric_limits<float>::infinity(), 1e30f, std::numeric_limits<float>::max(),
+                              std::numeric_limits<float>::denorm_min() };
+    float lastLevel = 0.0f;
+
+    for (int block = 0; block < 120; ++block)
+    {
+        juce::AudioBuffer<float> buffer (2, 256);
+
+        for (int i = 0; i < 256; ++i)
+            for (int channel = 0; channel < 2; ++channel)
+                buffer.setSample (channel, i, 0.25f * std::sin ((float) (block * 256 + i) * 0.03f));
+
+        if (block < 60)
+            buffer.setSample (block % 2, 7, hostile[(size_t) block % std::size (hostile)]);
+
+        juce::MidiBuffer midi;
+        plugin->processBlock (buffer, midi);
+
+        for (int channel = 0; channel < 2; ++channel)
+            for (int i = 0; i < 256; ++i)
+                ASSERT_TRUE (std::isfinite (buffer.getSample (channel, i))) << "block " << block;
+
+        lastLevel = buffer.getMagnitude (0, 256);
+    }
+
+    EXPECT_GT (lastLevel, 0.01f) << "still sounding after the bad input";
+
+    plugin->reset();
+    const auto after = processOneBlock (*plugin);
+    EXPECT_EQ (after.getMagnitude (0, 256), 0.0f) << "the tail was forgotten";
 }
 
 // Everything a project keeps: parameters, the controller map and the quality

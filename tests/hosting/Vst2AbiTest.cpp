@@ -11,11 +11,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -335,4 +337,45 @@ TEST_F (Vst2Abi, OpensTheEditorInAHostWindow)
     plugin.call (effEditClose);
     parent.dispatchEvents();
     EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 3), 0.5f);
+}
+
+// NaN, infinities, the largest float and subnormals from a broken upstream
+// plug-in: every output stays finite and the reverb keeps sounding.
+TEST_F (Vst2Abi, SurvivesNonFiniteAndExtremeInput)
+{
+    plugin.call (effSetSampleRate, 0, 0, nullptr, 48000.0f);
+    plugin.call (effSetBlockSize, 0, 256);
+    plugin.call (effMainsChanged, 0, 1);
+    plugin.call (effStartProcess);
+
+    const float hostile[] = { std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+                              -std::numeric_limits<float>::infinity(), 1e30f, std::numeric_limits<float>::max(),
+                              std::numeric_limits<float>::denorm_min() };
+    std::vector<float> left (256), right (256);
+    float lastLevel = 0.0f;
+
+    for (int block = 0; block < 120; ++block)
+    {
+        for (size_t i = 0; i < 256; ++i)
+        {
+            left[i] = right[i] = 0.25f * std::sin ((float) (block * 256 + (int) i) * 0.03f);
+
+            if (block < 60 && i % 64 == 3)
+                (i % 128 == 3 ? left : right)[i] = hostile[(size_t) block % std::size (hostile)];
+        }
+
+        float* channels[] = { left.data(), right.data() };
+        plugin.effect->processReplacing (plugin.effect, channels, channels, 256);
+        lastLevel = 0.0f;
+
+        for (size_t i = 0; i < 256; ++i)
+        {
+            ASSERT_TRUE (std::isfinite (left[i]) && std::isfinite (right[i])) << "block " << block << " sample " << i;
+            lastLevel = std::max ({ lastLevel, std::abs (left[i]), std::abs (right[i]) });
+        }
+    }
+
+    EXPECT_GT (lastLevel, 0.01f) << "still sounding after the bad input";
+    plugin.call (effStopProcess);
+    plugin.call (effMainsChanged, 0, 0);
 }

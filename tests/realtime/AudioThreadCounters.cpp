@@ -1,0 +1,108 @@
+#include "AudioThreadCounters.h"
+
+#include <dlfcn.h>
+#include <pthread.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+// This binary replaces the global allocation functions and wraps
+// pthread_mutex_lock and write(); each counts only on a thread that asked to
+// be watched, and then does what the original would.
+namespace
+{
+thread_local bool watched = false;
+
+std::atomic<long> allocations { 0 }, locks { 0 }, lockWaits { 0 }, writes { 0 };
+
+template <typename Function>
+Function next (const char* name)
+{
+    return reinterpret_cast<Function> (dlsym (RTLD_NEXT, name));
+}
+
+void* allocate (std::size_t size, std::size_t alignment = 0)
+{
+    if (watched)
+        ++allocations;
+
+    void* p = alignment > alignof (std::max_align_t) ? std::aligned_alloc (alignment, (size + alignment - 1) / alignment * alignment)
+                                                      : std::malloc (size != 0 ? size : 1);
+
+    if (p == nullptr)
+        throw std::bad_alloc();
+
+    return p;
+}
+
+void release (void* p) noexcept
+{
+    if (watched && p != nullptr)
+        ++allocations;
+
+    std::free (p);
+}
+}
+
+AudioThreadCounters::Watch::Watch() { watched = true; }
+AudioThreadCounters::Watch::~Watch() { watched = false; }
+
+AudioThreadCounters::Counts AudioThreadCounters::read()
+{
+    return { allocations.load(), locks.load(), lockWaits.load(), writes.load() };
+}
+
+void* operator new (std::size_t size) { return allocate (size); }
+void* operator new[] (std::size_t size) { return allocate (size); }
+void* operator new (std::size_t size, std::align_val_t a) { return allocate (size, (std::size_t) a); }
+void* operator new[] (std::size_t size, std::align_val_t a) { return allocate (size, (std::size_t) a); }
+
+void* operator new (std::size_t size, const std::nothrow_t&) noexcept
+{
+    try { return allocate (size); } catch (...) { return nullptr; }
+}
+
+void* operator new[] (std::size_t size, const std::nothrow_t&) noexcept
+{
+    try { return allocate (size); } catch (...) { return nullptr; }
+}
+
+void operator delete (void* p) noexcept { release (p); }
+void operator delete[] (void* p) noexcept { release (p); }
+void operator delete (void* p, std::size_t) noexcept { release (p); }
+void operator delete[] (void* p, std::size_t) noexcept { release (p); }
+void operator delete (void* p, std::align_val_t) noexcept { release (p); }
+void operator delete[] (void* p, std::align_val_t) noexcept { release (p); }
+void operator delete (void* p, std::size_t, std::align_val_t) noexcept { release (p); }
+void operator delete[] (void* p, std::size_t, std::align_val_t) noexcept { release (p); }
+
+// A lock that is free is taken at once; one that is not makes the caller wait.
+extern "C" int pthread_mutex_lock (pthread_mutex_t* mutex)
+{
+    static const auto original = next<int (*) (pthread_mutex_t*)> ("pthread_mutex_lock");
+
+    if (watched)
+    {
+        ++locks;
+
+        if (pthread_mutex_trylock (mutex) == 0)
+            return 0;
+
+        ++lockWaits;
+    }
+
+    return original (mutex);
+}
+
+// JUCE posts a message to the message thread by writing to its socket.
+extern "C" ssize_t write (int fd, const void* data, size_t size)
+{
+    static const auto original = next<ssize_t (*) (int, const void*, size_t)> ("write");
+
+    if (watched)
+        ++writes;
+
+    return original (fd, data, size);
+}
