@@ -75,12 +75,10 @@ $(TSAN_DIR)/build.ninja: | deps
 
 sanitize: deps $(ASAN_DIR)/build.ninja $(TSAN_DIR)/build.ninja
 	ASAN_OPTIONS=detect_leaks=0 cmake --build $(ASAN_DIR) -j $(JOBS) --target $(ASAN_SUITES)
-	cd $(ASAN_DIR)/tests && for suite in $(ASAN_SUITES); do \
-		LSAN_OPTIONS=suppressions=$(CURDIR)/tests/sanitizers/leaks.supp:print_suppressions=0 \
-		UBSAN_OPTIONS=print_stacktrace=1 $(XVFB) ./$$suite || exit 1; done
+	cd $(ASAN_DIR)/tests && LSAN_OPTIONS=suppressions=$(CURDIR)/tests/sanitizers/leaks.supp:print_suppressions=0 \
+		UBSAN_OPTIONS=print_stacktrace=1 $(XVFB) $(CURDIR)/tests/sanitizers/run-suites.sh $(ASAN_SUITES)
 	cmake --build $(TSAN_DIR) -j $(JOBS) --target $(TSAN_SUITES)
-	cd $(TSAN_DIR)/tests && for suite in $(TSAN_SUITES); do \
-		TSAN_OPTIONS=halt_on_error=1 $(XVFB) ./$$suite || exit 1; done
+	cd $(TSAN_DIR)/tests && TSAN_OPTIONS=halt_on_error=1 $(XVFB) $(CURDIR)/tests/sanitizers/run-suites.sh $(TSAN_SUITES)
 
 # Each fuzzer for ten million inputs or twenty minutes, whichever comes
 # first (about 1 h 40 min in all; not part of CI). Findings stay in

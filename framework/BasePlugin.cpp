@@ -45,7 +45,10 @@ public:
     explicit MessageThreadPoll (BasePlugin& o) : owner (o)
     {
         if (juce::MessageManager::existsAndIsCurrentThread())
+        {
+            o.pollThread = juce::Thread::getCurrentThreadId();
             startTimer (intervalMilliseconds);
+        }
     }
 
     ~MessageThreadPoll() override { stopTimer(); }
@@ -344,6 +347,12 @@ void BasePlugin::handleControllerMessage (const juce::MidiMessage& message)
 }
 
 int BasePlugin::getNumPresets() const { return 0; }
+
+void BasePlugin::pollIfOnMessageThread()
+{
+    if (pollThread.load() == juce::Thread::getCurrentThreadId())
+        pollMessageThread();
+}
 
 void BasePlugin::pollMessageThread()
 {

@@ -127,6 +127,9 @@ protected:
     // does its share, then calls its base.
     virtual void pollMessageThread();
 
+    // Polls at once when called on the thread that runs the poll.
+    void pollIfOnMessageThread();
+
 private:
     class MessageThreadPoll;
 
@@ -142,6 +145,7 @@ private:
     std::array<HostParameter*, hostParameterCount> hostParameters {};
     EventRegistry eventRegistry;
     std::unique_ptr<MessageThreadPoll> messageThreadPoll;
+    std::atomic<juce::Thread::ThreadID> pollThread { nullptr };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (BasePlugin)
 };

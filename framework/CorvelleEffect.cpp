@@ -237,7 +237,18 @@ void CorvelleEffect::synchroniseClocks()
 
 void CorvelleEffect::processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages)
 {
-    const AudioCallbackScope audioCallback;
+    {
+        const AudioCallbackScope audioCallback;
+        processFrame (buffer, midiMessages);
+    }
+
+    // A host (or an offline render) that calls back on the message thread
+    // hears of the block's changes at once.
+    pollIfOnMessageThread();
+}
+
+void CorvelleEffect::processFrame (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages)
+{
     const int numSamples = buffer.getNumSamples();
     const int numInputs = getTotalNumInputChannels();
     const int numOutputs = juce::jmin (getTotalNumOutputChannels(), buffer.getNumChannels());

@@ -72,6 +72,7 @@ protected:
     int defaultQuality = 0;
 
 private:
+    void processFrame (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages);
     void renderPending();
     void handleMidiEvent (const juce::MidiMessage& message);
     void synchroniseClocks();
