@@ -113,29 +113,45 @@ void DelayElement::advanceWriteIndex() noexcept
             __builtin_prefetch (buffer + ahead + line, 1);
 }
 
+// Never reach back further than capacity - 64 samples: the oldest part of the
+// buffer is being overwritten by this very block.
+inline void DelayElement::position (std::int32_t w, std::int32_t wrap, std::int32_t& index, double& fraction) const noexcept
+{
+    const double at = std::max ((double) (w + wrap) - length, (double) w + 64.0);
+    const auto whole = (std::int32_t) at;
+    index = physical (whole, capacity);
+    fraction = at - (double) whole;
+}
+
 void DelayElement::process (const double* input, double* output, unsigned quality,
                             const DelayKernels& kernels) noexcept
 {
     std::int32_t index[blockSize];
     double fraction[blockSize];
 
-    const bool gliding = ! lengthSettled;
-    const auto wrap = (std::uint32_t) capacity;
+    const auto wrap = (std::int32_t) capacity;
+    const auto start = (std::int32_t) writeIndex;
 
-    for (int n = 0; n < blockSize; ++n)
+    // Where the length stays put, the positions of the block are a plain
+    // ramp, computed several at a time.
+    if (lengthSettled)
     {
-        if (gliding)
+        for (int n = 0; n < blockSize; ++n)
+        {
+            std::int32_t w = start + n;
+            w -= w >= wrap ? wrap : 0;
+            position (w, wrap, index[n], fraction[n]);
+        }
+    }
+    else
+    {
+        for (int n = 0; n < blockSize; ++n)
+        {
             glideLength();
-
-        std::uint32_t w = writeIndex + (std::uint32_t) n;
-        w -= w >= wrap ? wrap : 0;
-
-        // Never reach back further than capacity - 64 samples: the oldest
-        // part of the buffer is being overwritten by this very block.
-        const double position = std::max ((double) (w + wrap) - length, (double) w + 64.0);
-        const auto whole = (std::int32_t) position;
-        index[n] = physical (whole, capacity);
-        fraction[n] = position - (double) whole;
+            std::int32_t w = start + n;
+            w -= w >= wrap ? wrap : 0;
+            position (w, wrap, index[n], fraction[n]);
+        }
     }
 
     // Each read reaches back at least one sample, so writing the whole block

@@ -62,6 +62,7 @@ private:
     void allocate (int newCapacity);
     double clampLength (double samples) const noexcept;
     void glideLength() noexcept;
+    void position (std::int32_t w, std::int32_t wrap, std::int32_t& index, double& fraction) const noexcept;
 
     // Where a position of the mirrored buffer is stored.
     static constexpr std::int32_t physical (std::int32_t position, std::int32_t capacity) noexcept

@@ -321,16 +321,17 @@ QUORLANE_INLINE void reduceFour (const Chunk& s0, const Chunk& s1, const Chunk& 
 
 // Windowed-sinc reads, four at a time: for each, the phase's taps against
 // the `taps` samples ending at the integer position, summed in two running
-// partial sums of four, then the four results reduced together.
-template <typename Native, int taps>
+// partial sums of four, then the four results reduced together. The strides
+// are constants where the callers' layouts are known, so every address is a
+// fixed offset.
+template <typename Native, int taps, int stride, int outStride>
 QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index, const double* fraction,
-                                int stride, double* out, int outStride, int count, unsigned quality)
+                                double* out, int count, const double* table)
 {
     using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
-    const double* table = InterpolationTables::get().row (quality, 0);
 
-    auto weightsFor = [table, fraction, stride] (int n) { return table + (int) (fraction[n * stride] * InterpolationTables::phases) * taps; };
-    auto samplesFor = [buffer, index, stride] (int n) { return buffer + index[n * stride] - (taps - 1); };
+    auto weightsFor = [table, fraction] (int n) { return table + (int) (fraction[n * stride] * InterpolationTables::phases) * taps; };
+    auto samplesFor = [buffer, index] (int n) { return buffer + index[n * stride] - (taps - 1); };
 
     int n = 0;
 
@@ -346,10 +347,17 @@ QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index,
         const double* x3 = samplesFor (n + 3);
 
         // Eight independent running sums, kept in registers.
-        Chunk a0 {}, a1 {}, a2 {}, a3 {}, b0 {}, b1 {}, b2 {}, b3 {};
+        Chunk a0 = Chunk::load (w0) * Chunk::load (x0);
+        Chunk a1 = Chunk::load (w1) * Chunk::load (x1);
+        Chunk a2 = Chunk::load (w2) * Chunk::load (x2);
+        Chunk a3 = Chunk::load (w3) * Chunk::load (x3);
+        Chunk b0 = Chunk::load (w0 + 4) * Chunk::load (x0 + 4);
+        Chunk b1 = Chunk::load (w1 + 4) * Chunk::load (x1 + 4);
+        Chunk b2 = Chunk::load (w2 + 4) * Chunk::load (x2 + 4);
+        Chunk b3 = Chunk::load (w3 + 4) * Chunk::load (x3 + 4);
 
        #pragma GCC unroll 4
-        for (int j = 0; j < taps; j += 8)
+        for (int j = 8; j < taps; j += 8)
         {
             a0 = a0 + Chunk::load (w0 + j) * Chunk::load (x0 + j);
             a1 = a1 + Chunk::load (w1 + j) * Chunk::load (x1 + j);
@@ -361,11 +369,18 @@ QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index,
             b3 = b3 + Chunk::load (w3 + j + 4) * Chunk::load (x3 + j + 4);
         }
 
-        double result[4];
-        reduceFour (a0 + b0, a1 + b1, a2 + b2, a3 + b3, result);
+        if constexpr (outStride == 1)
+        {
+            reduceFour (a0 + b0, a1 + b1, a2 + b2, a3 + b3, out + n);
+        }
+        else
+        {
+            double result[4];
+            reduceFour (a0 + b0, a1 + b1, a2 + b2, a3 + b3, result);
 
-        for (int k = 0; k < 4; ++k)
-            out[(n + k) * outStride] = result[k];
+            for (int k = 0; k < 4; ++k)
+                out[(n + k) * outStride] = result[k];
+        }
     }
 
     for (; n < count; ++n)
@@ -381,20 +396,38 @@ QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index,
     }
 }
 
+template <typename Native, int stride, int outStride>
+QUORLANE_INLINE void readsWithStrides (const double* buffer, const std::int32_t* index, const double* fraction,
+                                       double* out, int count, unsigned quality)
+{
+    const double* table = InterpolationTables::get().row (quality, 0);
+
+    switch (quality)
+    {
+        case 0:
+           #pragma GCC unroll 8
+            for (int n = 0; n < count; ++n)
+                out[n * outStride] = linearRead (buffer, index[n * stride], fraction[n * stride]);
+            break;
+        case 1:  sincReads<Native, 8, stride, outStride> (buffer, index, fraction, out, count, table); break;
+        case 2:  sincReads<Native, 16, stride, outStride> (buffer, index, fraction, out, count, table); break;
+        default: sincReads<Native, 32, stride, outStride> (buffer, index, fraction, out, count, table); break;
+    }
+}
+
+// The layouts in use: a plan column into a block (the bank), a block into a
+// block (the plain delay), and single reads.
 template <typename Native>
 QUORLANE_INLINE void interpolateBody (const double* buffer, const std::int32_t* index, const double* fraction,
                                       int stride, double* out, int outStride, int count, unsigned quality)
 {
-    switch (quality)
-    {
-        case 0:
-            for (int n = 0; n < count; ++n)
-                out[n * outStride] = linearRead (buffer, index[n * stride], fraction[n * stride]);
-            break;
-        case 1:  sincReads<Native, 8> (buffer, index, fraction, stride, out, outStride, count, quality); break;
-        case 2:  sincReads<Native, 16> (buffer, index, fraction, stride, out, outStride, count, quality); break;
-        default: sincReads<Native, 32> (buffer, index, fraction, stride, out, outStride, count, quality); break;
-    }
+    if (outStride == 1 && stride == DelayKernels::maxLanes)
+        readsWithStrides<Native, DelayKernels::maxLanes, 1> (buffer, index, fraction, out, count, quality);
+    else if (outStride == 1 && stride == 1)
+        readsWithStrides<Native, 1, 1> (buffer, index, fraction, out, count, quality);
+    else
+        for (int n = 0; n < count; ++n)
+            readsWithStrides<Native, 1, 1> (buffer, index + n * stride, fraction + n * stride, out + n * outStride, 1, quality);
 }
 
 // The allpass update over samples whose reads are already made.

@@ -568,6 +568,27 @@ void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
     double* left = ring[0] + offset;
     double* right = ring[last] + offset;
 
+    if (mixersStill())
+    {
+        // Gains that a step would not change: the same arithmetic, a channel
+        // at a time, which the compiler runs several samples wide.
+        const double crossFade = crossFadeMix.value, wet = wetMix.value, fx = dryWetMix.value, volume = volumeMix.value;
+
+        for (int c = 0; c < channels; ++c)
+        {
+            double* io = ring[c] + offset;
+
+            for (int n = 0; n < blockSize; ++n)
+            {
+                const double x = earlyOut[c][n] + (work[c][n] - earlyOut[c][n]) * crossFade;
+                io[n] = (double) (float) (((wet * x - io[n]) * fx + io[n]) * volume + 1e-20);
+            }
+        }
+
+        meterBlock (left, right);
+        return;
+    }
+
     for (int n = 0; n < blockSize; ++n)
     {
         advanceMixers();
@@ -593,14 +614,34 @@ void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
     meterBlock (left, right);
 }
 
+// Whether a block of mixer steps would leave every gain where it is: no
+// preset fade runs and each smoother sits on its fixed point.
+bool QuorlaneCore::mixersStill() const noexcept
+{
+    if (fadeActive)
+        return false;
+
+    for (const auto* s : { &crossFadeMix, &wetMix, &dryWetMix, &volumeMix })
+    {
+        Smoothed next = *s;
+        next.advance (rate.smoothing);
+
+        if (next.value != s->value)
+            return false;
+    }
+
+    return true;
+}
+
 // A gated block: the mixers and the preset fade keep time, the output is
 // exact zeros, and the network is left untouched.
 void QuorlaneCore::silentBlock (int offset, int channels) noexcept
 {
     static constexpr double zeros[blockSize] {};
 
-    for (int n = 0; n < blockSize; ++n)
-        advanceMixers();
+    if (! mixersStill())
+        for (int n = 0; n < blockSize; ++n)
+            advanceMixers();
 
     for (int c = 0; c < channels; ++c)
         std::fill_n (ring[c] + offset, blockSize, 0.0);
@@ -614,17 +655,26 @@ void QuorlaneCore::meterBlock (const double* left, const double* right) noexcept
     const auto& table = MeterHandOver::getTable();
     Pair peaks { peak[0], peak[1] }, envelopes { envelope[0], envelope[1] }, quietest { 1.0, 1.0 };
 
+    // The table positions of the whole block first, clamped to the table
+    // (anything not above 0, NaN included, reads its first entry).
+    std::int32_t indices[2][blockSize];
+
+    for (int c = 0; c < 2; ++c)
+    {
+        const double* samples = c == 0 ? left : right;
+
+        for (int n = 0; n < blockSize; ++n)
+        {
+            const double position = samples[n] * 100.0 + 200.0;
+            const double above = position >= 0.0 ? position : 0.0;
+            indices[c][n] = (std::int32_t) (above < (double) (MeterHandOver::tableSize - 1) ? above : (double) (MeterHandOver::tableSize - 1));
+        }
+    }
+
     for (int n = 0; n < blockSize; ++n)
     {
         const Pair sample { left[n], right[n] };
-        const Pair position = sample * 100.0 + 200.0;
-        Pair level;
-
-        for (int c = 0; c < 2; ++c)
-        {
-            const int index = position[c] >= 0.0 ? (position[c] < (double) (MeterHandOver::tableSize - 1) ? (int) position[c] : MeterHandOver::tableSize - 1) : 0;
-            level[c] = table[(size_t) index];
-        }
+        const Pair level { table[(size_t) indices[0][n]], table[(size_t) indices[1][n]] };
 
         peaks = peaks < level ? level : peaks;
         peaks = peaks * peakDecay + 1e-20;

@@ -103,6 +103,7 @@ private:
     void silentBlock (int offset, int channels) noexcept;
     void mixAndMeter (int offset, int channels) noexcept;
     void advanceMixers() noexcept;
+    bool mixersStill() const noexcept;
     void meterBlock (const double* left, const double* right) noexcept;
 
     void runFrames (const float* const* inputs, float* const* outputs, int channels, int numSamples,

@@ -10,13 +10,18 @@ void StereoBiquadFilter::process (double* left, double* right) noexcept
     const bool gliding = tuning.isGliding();
     Pair s1 { state1[0], state1[1] }, s2 { state2[0], state2[1] };
 
+    // Held in registers unless a glide changes them during the block.
+    auto c = tuning.getCoefficients();
+
     for (int n = 0; n < blockSize; ++n)
     {
         if (gliding)
+        {
             tuning.advance();
+            c = tuning.getCoefficients();
+        }
 
         // Transposed direct form II, the same arithmetic as BiquadFilter.
-        const auto& c = tuning.getCoefficients();
         const Pair x { left[n], right[n] };
         const Pair y = c.b0 * x + s1;
         s1 = c.b1 * x - c.a1 * y + s2 + 1e-20;
