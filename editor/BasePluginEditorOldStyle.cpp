@@ -1,6 +1,5 @@
 #include "BasePluginEditorOldStyle.h"
 
-#include "GFXDisplay.h"
 #include "OldStylePresetBrowserWindow.h"
 
 BasePluginEditorOldStyle::BasePluginEditorOldStyle (BasePluginOldStyle& p)
@@ -24,16 +23,6 @@ void BasePluginEditorOldStyle::handleEvent (int eventId, GUIController* source)
     }
 
     BasePluginEditor::handleEvent (eventId, source);
-}
-
-void BasePluginEditorOldStyle::commitDisplayText (GFXDisplay& display, const juce::String& text)
-{
-    auto* p = display.getParameter();
-
-    if (p != nullptr && p->getIndex() == BasePluginOldStyle::currentPresetNameIndex)
-        presets.renameSlot ((int) presets.getCurrentPresetIndex(), text);
-    else
-        BasePluginEditor::commitDisplayText (display, text);
 }
 
 void BasePluginEditorOldStyle::togglePresetBrowser()

@@ -8,7 +8,7 @@ class OldStylePresetBrowserWindow;
 
 // The editor of plug-ins that keep their presets inside: the "Presets" page
 // of the options, the preset browser window, saving the current preset to a
-// file, and renaming the current preset from the preset-name display.
+// file.
 class BasePluginEditorOldStyle : public BasePluginEditor
 {
 public:
@@ -17,7 +17,6 @@ public:
     ~BasePluginEditorOldStyle() override;
 
     void handleEvent (int eventId, GUIController* source) override;
-    void commitDisplayText (GFXDisplay& display, const juce::String& text) override;
 
     void togglePresetBrowser();
 

@@ -20,6 +20,11 @@ namespace
 
     bool isValidSlot (int index) { return index >= 0 && index < BasePluginOldStyle::numSlots; }
 
+    // Set while the manager itself shows a slot's name in the name parameter,
+    // so that the change is not taken for a rename (on this thread the current
+    // index may already have moved on).
+    thread_local bool showingPresetName = false;
+
     bool writeDocument (const juce::XmlElement& element, const juce::File& file)
     {
         juce::XmlElement::TextFormat format;
@@ -236,6 +241,12 @@ std::array<float, BasePluginOldStyle::numPresetableParameters> BasePluginOldStyl
 void BasePluginOldStyle::publishCurrentPreset (bool notify)
 {
     presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), notify);
+    showCurrentPresetName (notify);
+}
+
+void BasePluginOldStyle::showCurrentPresetName (bool notify)
+{
+    const juce::ScopedValueSetter<bool> guard (showingPresetName, true);
     presetNameParameter->setText (getCurrentPresetName(), notify);
 }
 
@@ -277,16 +288,27 @@ std::optional<PresetRecord> BasePluginOldStyle::getSlot (int index) const
 
 void BasePluginOldStyle::renameSlot (int index, const juce::String& name)
 {
+    if (index == (int) getCurrentPresetIndex())
+        presetNameParameter->setText (name, true); // its change renames the slot
+    else
+        setSlotName (index, name);
+}
+
+void BasePluginOldStyle::setSlotName (int index, const juce::String& name)
+{
     if (! isValidSlot (index))
         return;
 
     {
         const juce::ScopedLock sl (slotLock);
-        bank.slots[(size_t) index].name = name;
-    }
+        auto& slotName = bank.slots[(size_t) index].name;
+        const auto fitted = PresetRecord::fitName (name);
 
-    if (index == (int) getCurrentPresetIndex())
-        presetNameParameter->setText (name, true);
+        if (slotName == fitted)
+            return;
+
+        slotName = fitted;
+    }
 
     reportBankChanged();
 }
@@ -309,17 +331,11 @@ void BasePluginOldStyle::storeSlot (int index)
 void BasePluginOldStyle::copyCurrentPreset()
 {
     const auto values = liveValues();
-    const auto name = getCurrentPresetName() + "_copy";
+    const auto name = PresetRecord::fitName (getCurrentPresetName() + "_copy");
 
     const juce::ScopedLock sl (slotLock);
     copyBuffer = { name, values };
     copyPresent = true;
-}
-
-bool BasePluginOldStyle::hasCopiedPreset() const
-{
-    const juce::ScopedLock sl (slotLock);
-    return copyPresent;
 }
 
 void BasePluginOldStyle::pasteCopiedPreset()
@@ -335,17 +351,9 @@ void BasePluginOldStyle::pasteCopiedPreset()
         copied = copyBuffer;
     }
 
-    const auto index = (int) getCurrentPresetIndex();
     setParameterValues (copied.values);
-    const auto values = liveValues();
-
-    {
-        const juce::ScopedLock sl (slotLock);
-        bank.slots[(size_t) index] = { copied.name, values };
-    }
-
-    presetNameParameter->setText (copied.name, true);
-    reportBankChanged();
+    storeCurrentPreset();
+    renameSlot ((int) getCurrentPresetIndex(), copied.name);
     reportPresetApplied();
 }
 
@@ -376,7 +384,7 @@ void BasePluginOldStyle::installBank (const PresetBankRecord& newBank)
         bank.groups = newBank.groups;
     }
 
-    presetNameParameter->setText (getCurrentPresetName(), true);
+    showCurrentPresetName (true);
     reportBankChanged();
 }
 
@@ -673,6 +681,16 @@ void BasePluginOldStyle::writeUserSettings (juce::XmlElement& settings)
 void BasePluginOldStyle::parameterChanged (Parameter& parameter)
 {
     BasePlugin::parameterChanged (parameter);
+
+    // The name display, the browser and paste all rename the current slot
+    // through its name parameter.
+    if (&parameter == presetNameParameter)
+    {
+        if (! showingPresetName)
+            setSlotName ((int) getCurrentPresetIndex(), parameter.getText());
+
+        return;
+    }
 
     // Automatic storing keeps the current slot in step with every edit.
     const auto index = (int) parameter.getIndex() - firstPresetableIndex;

@@ -32,7 +32,7 @@ public:
 
     static constexpr uint32_t currentPresetNumberIndex = 110000;
     static constexpr uint32_t currentPresetNameIndex = 110001;
-    static constexpr int presetNameLength = 32;
+    static constexpr int presetNameLength = PresetRecord::maxNameLength;
 
     // How the bank is filled when an instance starts.
     enum DefaultPresetsMode { factoryPresets = 0, clearPresets = 1, userDefinedPresets = 2 };
@@ -102,6 +102,9 @@ public:
 
     juce::String getSlotName (int index) const;      // "" for an invalid index
     std::optional<PresetRecord> getSlot (int index) const;
+    // Names are cut to PresetRecord::maxNameLength characters. The current
+    // slot is renamed through the "Current Preset Name" parameter, as the
+    // name display does, so the two always agree.
     void renameSlot (int index, const juce::String& name);
     void storeSlot (int index);                       // the live values, name kept
     void storeCurrentPreset() { storeSlot ((int) getCurrentPresetIndex()); }
@@ -110,7 +113,6 @@ public:
     // (only after a copy) sets the parameters, renames the current slot and
     // stores into it.
     void copyCurrentPreset();
-    bool hasCopiedPreset() const;
     void pasteCopiedPreset();
 
     // Every slot "Preset <n>" with the default preset's values, one group
@@ -209,6 +211,8 @@ private:
     void fillBankFromDefaults();
     void installBank (const PresetBankRecord& bank);
     void changeToCurrentPreset();
+    void setSlotName (int index, const juce::String& name);
+    void showCurrentPresetName (bool notify);
     void setParameterValues (const std::array<float, numPresetableParameters>& values);
     std::array<float, numPresetableParameters> liveValues() const;
     void publishCurrentPreset (bool notify);
