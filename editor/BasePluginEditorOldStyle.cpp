@@ -39,7 +39,7 @@ void BasePluginEditorOldStyle::saveCurrentPresetAs()
     const auto extension = presets.getPresetFileExtension();
 
     chooser = std::make_unique<juce::FileChooser> ("Save current settings as preset",
-                                                   presets.getLastBankFolder().getChildFile (presets.getCurrentPresetName() + extension),
+                                                   presets.getLastPresetFolder().getChildFile (presets.getCurrentPresetName() + extension),
                                                    "*" + extension);
     chooser->launchAsync (juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
                               | juce::FileBrowserComponent::warnAboutOverwriting,

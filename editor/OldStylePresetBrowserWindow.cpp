@@ -74,10 +74,12 @@ private:
         addAndMakeVisible (button);
     }
 
+    // Preset files and bank files each open where the last one of their kind was.
     void choose (const juce::String& title, const juce::String& extension, bool saving,
                  std::function<void (const juce::File&)> use)
     {
-        const auto folder = plugin.getLastBankFolder();
+        const auto folder = extension == plugin.getBankFileExtension() ? plugin.getLastBankFolder()
+                                                                       : plugin.getLastPresetFolder();
         chooser = std::make_unique<juce::FileChooser> (title, folder, "*" + extension);
 
         const int flags = juce::FileBrowserComponent::canSelectFiles

@@ -529,7 +529,12 @@ bool BasePluginOldStyle::readBankElement (const juce::XmlElement& element)
 bool BasePluginOldStyle::loadPresetFile (const juce::File& file, int slot)
 {
     const auto element = parseXmlFile (file);
-    return element != nullptr && readPresetElement (*element, slot);
+
+    if (element == nullptr || ! readPresetElement (*element, slot))
+        return false;
+
+    lastPresetFolder = file.getParentDirectory();
+    return true;
 }
 
 bool BasePluginOldStyle::loadBankFile (const juce::File& file)
@@ -544,18 +549,25 @@ bool BasePluginOldStyle::loadBankFile (const juce::File& file)
     return true;
 }
 
-bool BasePluginOldStyle::savePresetFile (const juce::File& file, int slot) const
+bool BasePluginOldStyle::savePresetFile (const juce::File& file, int slot)
 {
     const auto element = createPresetElement (slot);
-    return element != nullptr && writeDocument (*element, file);
+
+    if (element == nullptr || ! writeDocument (*element, file))
+        return false;
+
+    lastPresetFolder = file.getParentDirectory();
+    return true;
 }
 
-bool BasePluginOldStyle::saveBankFile (const juce::File& file) const
+bool BasePluginOldStyle::saveBankFile (const juce::File& file)
 {
-    return writeDocument (*createBankElement(), file);
-}
+    if (! writeDocument (*createBankElement(), file))
+        return false;
 
-juce::File BasePluginOldStyle::getLastBankFolder() const { return lastBankFolder; }
+    lastBankFolder = file.getParentDirectory();
+    return true;
+}
 
 bool BasePluginOldStyle::loadFactoryBank()
 {
@@ -733,13 +745,9 @@ void BasePluginOldStyle::readParametersState (const juce::XmlElement& element)
 {
     for (auto* param : element.getChildWithTagNameIterator ("param"))
     {
-        auto* p = getParameterManager().findParameter (param->getStringAttribute ("name"));
-
-        if (p == nullptr || (int) p->getIndex() < firstPresetableIndex
-            || (int) p->getIndex() >= firstPresetableIndex + numPresetableParameters)
-            continue;
-
-        p->setNormalisedValue ((float) param->getDoubleAttribute ("value", 0.0), true);
+        // Any parameter named here is set, presetable or not; unknown names are skipped.
+        if (auto* p = getParameterManager().findParameter (param->getStringAttribute ("name")))
+            p->setNormalisedValue ((float) param->getDoubleAttribute ("value", 0.0), true);
     }
 }
 
@@ -759,8 +767,8 @@ void BasePluginOldStyle::readPresetsState (const juce::XmlElement& element)
         if (PresetBank::accepts (*child))
             readBankElement (*child);
 
-    if (CaseInsensitiveXml::hasAttribute (element, "currentPreset"))
-        selectPreset (CaseInsensitiveXml::attribute (element, "currentPreset").getIntValue(), true);
+    // Taken as an integer: a missing or unreadable attribute selects slot 0.
+    selectPreset (CaseInsensitiveXml::attribute (element, "currentPreset").getIntValue(), true);
 }
 
 bool BasePluginOldStyle::restoreStateElement (const juce::XmlElement& element)

@@ -141,11 +141,14 @@ public:
     juce::String getBankFileExtension() const;       // ".xxprsb"
 
     // A file that does not parse, or holds a refused element, loads nothing.
+    // Each file loaded or saved makes its folder the last-used one of its
+    // kind, where the file dialogs open next.
     bool loadPresetFile (const juce::File& file, int slot);
     bool loadBankFile (const juce::File& file);
-    bool savePresetFile (const juce::File& file, int slot) const;
-    bool saveBankFile (const juce::File& file) const;
-    juce::File getLastBankFolder() const;
+    bool savePresetFile (const juce::File& file, int slot);
+    bool saveBankFile (const juce::File& file);
+    juce::File getLastPresetFolder() const { return lastPresetFolder; }
+    juce::File getLastBankFolder() const { return lastBankFolder; }
 
     // The bank compiled into the plug-in ("default" + bank extension).
     bool loadFactoryBank();
@@ -236,7 +239,7 @@ private:
     std::atomic<int> storingMode { onDemandStoring };
     std::atomic<int> changingType { normalChange };
     juce::String defaultPresetsFile;
-    juce::File lastBankFolder;
+    juce::File lastPresetFolder, lastBankFolder;
 
     PresetChanger* presetChanger = nullptr;
     juce::ListenerList<PresetManagerListener> listeners;

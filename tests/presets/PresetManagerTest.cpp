@@ -165,6 +165,32 @@ TEST (PresetManager, EveryRenameCutsNamesByOneRuleSoSlotAndNameParameterAgree)
     EXPECT_EQ (presetNameParameter (plugin), plugin.getSlotName (7));
 }
 
+TEST (PresetManager, PresetAndBankFilesEachKeepTheirOwnLastFolder)
+{
+    const auto root = juce::File::getSpecialLocation (juce::File::tempDirectory).getNonexistentChildFile ("quorlane-folders", {}, false);
+    const auto presets = root.getChildFile ("presets"), banks = root.getChildFile ("banks"), more = root.getChildFile ("more");
+    for (const auto& folder : { presets, banks, more })
+        ASSERT_TRUE (folder.createDirectory());
+
+    Quorlane plugin;
+    ASSERT_TRUE (plugin.savePresetFile (presets.getChildFile ("a.qlprs"), 0));
+    EXPECT_EQ (plugin.getLastPresetFolder(), presets);
+    EXPECT_EQ (plugin.getLastBankFolder(), juce::File());
+
+    ASSERT_TRUE (plugin.saveBankFile (banks.getChildFile ("b.qlprsb")));
+    EXPECT_EQ (plugin.getLastBankFolder(), banks);
+    EXPECT_EQ (plugin.getLastPresetFolder(), presets);
+
+    ASSERT_TRUE (presets.getChildFile ("a.qlprs").copyFileTo (more.getChildFile ("c.qlprs")));
+    ASSERT_TRUE (plugin.loadPresetFile (more.getChildFile ("c.qlprs"), 3));
+    EXPECT_EQ (plugin.getLastPresetFolder(), more);
+    EXPECT_EQ (plugin.getLastBankFolder(), banks);
+
+    EXPECT_FALSE (plugin.loadBankFile (more.getChildFile ("c.qlprs")));
+    EXPECT_EQ (plugin.getLastBankFolder(), banks) << "a file that does not load leaves the folder";
+    root.deleteRecursively();
+}
+
 TEST (PresetManager, AutomaticStoringKeepsTheCurrentSlotInStep)
 {
     ScopedConfigHome home;
@@ -357,4 +383,25 @@ TEST (PresetManager, TheProjectStateKeepsTheCurrentPresetAndTheWholeBank)
     restored.setStateInformation (block.getData(), (int) block.getSize());
     EXPECT_EQ (restored.getCurrentPresetIndex(), 9u);
     EXPECT_EQ (restored.getSlotName (4), "Again");
+
+    // Without currentPreset the attribute reads as the integer 0.
+    edited->getChildByName ("PresetsState")->removeAttribute ("currentPreset");
+    juce::AudioProcessor::copyXmlToBinary (*edited, block);
+    restored.setStateInformation (block.getData(), (int) block.getSize());
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 0u);
+    EXPECT_EQ (presetNameParameter (restored), "Cristal Cave [d/w]");
+}
+
+TEST (PresetManager, TheProjectsParametersStateSetsEveryParameterItNames)
+{
+    Quorlane plugin;
+    const auto state = juce::parseXML ("<PluginState application='Quorlane'><ParametersState>"
+                                       "<param name='FX' value='0.25'/><param name='Quality' value='1'/>"
+                                       "<param name='No Such Knob' value='1'/></ParametersState></PluginState>");
+    juce::MemoryBlock chunk;
+    juce::AudioProcessor::copyXmlToBinary (*state, chunk);
+    plugin.setStateInformation (chunk.getData(), (int) chunk.getSize());
+
+    EXPECT_EQ (plugin.getPluginParameter (18)->getNormalisedValue(), 0.25f);
+    EXPECT_EQ (plugin.getCurrentQualityStep(), 3) << "a parameter beyond the presetable ones is set too";
 }
