@@ -74,6 +74,12 @@ BasePluginEditorOldStyle::PresetsSettingsComponent::PresetsSettingsComponent (Ba
     pathField.onFocusLost = [this] { commitPath(); };
     addAndMakeVisible (pathField);
 
+    const auto mix = plugin.getMixParameterNames();
+    mixLockButton.setButtonText ("Mix lock: keep " + mix.joinIntoString (" and ") + " when the preset changes");
+    mixLockButton.onClick = [this] { plugin.setMixLock (mixLockButton.getToggleState()); };
+    addChildComponent (mixLockButton);
+    mixLockButton.setVisible (! mix.isEmpty());
+
     refresh();
 }
 
@@ -109,6 +115,7 @@ void BasePluginEditorOldStyle::PresetsSettingsComponent::refresh()
             groups[g].buttons[i]->setToggleState (i == chosen[g], juce::dontSendNotification);
 
     pathField.setText (plugin.getDefaultPresetsFile().getFullPathName(), false);
+    mixLockButton.setToggleState (plugin.isMixLocked(), juce::dontSendNotification);
 }
 
 void BasePluginEditorOldStyle::PresetsSettingsComponent::commitPath()
@@ -138,4 +145,6 @@ void BasePluginEditorOldStyle::PresetsSettingsComponent::resized()
         if (g == 0)
             pathField.setBounds (box.reduced (12, 0).withTrimmedTop (48).removeFromTop (24));
     }
+
+    mixLockButton.setBounds (area.removeFromTop (26).reduced (10, 0));
 }

@@ -32,6 +32,7 @@ public:
         // The groups' buttons in order: default presets (3), storing (2), changing (2).
         juce::ToggleButton& getButton (int group, int index);
         juce::TextEditor& getPathField() noexcept { return pathField; }
+        juce::ToggleButton& getMixLockButton() noexcept { return mixLockButton; }
 
         // Shows the manager's current choices.
         void refresh();
@@ -50,6 +51,7 @@ public:
         BasePluginOldStyle& plugin;
         Group groups[3];
         juce::TextEditor pathField;
+        juce::ToggleButton mixLockButton;
     };
 
 protected:

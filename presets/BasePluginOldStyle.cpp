@@ -92,6 +92,11 @@ BasePluginOldStyle::~BasePluginOldStyle() = default;
 //==============================================================================
 void BasePluginOldStyle::initialisePresets()
 {
+    for (const auto& name : getMixParameterCandidates())
+        if (const auto* p = getParameterManager().findParameter (name))
+            if ((int) p->getIndex() >= firstPresetableIndex && (int) p->getIndex() < firstPresetableIndex + numPresetableParameters)
+                isMixParameter[p->getIndex() - (uint32_t) firstPresetableIndex] = true;
+
     if (auto element = parseXmlText (Resources::getText ("default" + getPresetFileExtension())))
     {
         auto record = getDefaultPreset();
@@ -155,7 +160,7 @@ void BasePluginOldStyle::applyCurrentPreset()
     if (! slot.has_value())
         return;
 
-    setParameterValues (slot->values);
+    setParameterValues (slot->values, isMixLocked());
     publishCurrentPreset (true);
     reportPresetApplied();
 }
@@ -169,7 +174,7 @@ void BasePluginOldStyle::applyCurrentPresetValues()
         values = bank.slots[getCurrentPresetIndex() % numSlots].values;
     }
 
-    setParameterValues (values);
+    setParameterValues (values, isMixLocked());
     presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), true);
     report->presetApplied();
 }
@@ -220,11 +225,12 @@ void BasePluginOldStyle::selectPresetFromProgramChange (int program)
     }
 }
 
-void BasePluginOldStyle::setParameterValues (const std::array<float, numPresetableParameters>& values)
+void BasePluginOldStyle::setParameterValues (const std::array<float, numPresetableParameters>& values, bool keepMix)
 {
     for (int i = 0; i < numPresetableParameters; ++i)
-        if (auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
-            p->setNormalisedValue (values[(size_t) i], true);
+        if (! (keepMix && isMixParameter[(size_t) i]))
+            if (auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
+                p->setNormalisedValue (values[(size_t) i], true);
 }
 
 std::array<float, BasePluginOldStyle::numPresetableParameters> BasePluginOldStyle::liveValues() const
@@ -351,7 +357,7 @@ void BasePluginOldStyle::pasteCopiedPreset()
         copied = copyBuffer;
     }
 
-    setParameterValues (copied.values);
+    setParameterValues (copied.values, false);
     storeCurrentPreset();
     renameSlot ((int) getCurrentPresetIndex(), copied.name);
     reportPresetApplied();
@@ -619,6 +625,24 @@ void BasePluginOldStyle::setChangingType (int type)
     saveUserSettings();
 }
 
+void BasePluginOldStyle::setMixLock (bool shouldLock)
+{
+    mixLock = shouldLock;
+    saveUserSettings();
+}
+
+juce::StringArray BasePluginOldStyle::getMixParameterNames() const
+{
+    juce::StringArray names;
+
+    for (int i = 0; i < numPresetableParameters; ++i)
+        if (isMixParameter[(size_t) i])
+            if (const auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
+                names.add (p->getName());
+
+    return names;
+}
+
 void BasePluginOldStyle::readUserSettings (const juce::XmlElement& settings)
 {
     BasePlugin::readUserSettings (settings);
@@ -660,6 +684,13 @@ void BasePluginOldStyle::readPresetSettings (const juce::XmlElement& settings)
             storeCurrentPreset();
         }
 
+        const auto lock = CaseInsensitiveXml::attribute (*presetSettings, "mixLock");
+
+        if (lock.equalsIgnoreCase ("on"))
+            mixLock = true;
+        else if (lock.equalsIgnoreCase ("off"))
+            mixLock = false;
+
         if (supportsSilentPresetChange())
         {
             const auto changing = CaseInsensitiveXml::attribute (*presetSettings, "changing");
@@ -687,6 +718,7 @@ void BasePluginOldStyle::writeUserSettings (juce::XmlElement& settings)
     auto& presetSettings = getOrCreateChild (settings, "PresetSettings");
     presetSettings.setAttribute ("storing", getStoringMode() == onDemandStoring ? "onDemand" : "automatic");
     presetSettings.setAttribute ("changing", getChangingType() == silentChange ? "silent" : "normal");
+    presetSettings.setAttribute ("mixLock", isMixLocked() ? "on" : "off");
 }
 
 //==============================================================================

@@ -171,6 +171,16 @@ public:
     void setStoringMode (int mode);   // automatic also stores the live values at once
     void setChangingType (int type);
 
+    // Mix lock: preset changes leave the product's mix parameters where they
+    // are, so a reverb on a send or an insert keeps its balance while its
+    // sound changes. Off by default. It applies wherever a preset's values
+    // are applied (normal or silent, from the editor, the browser, program
+    // changes); paste and storing are edits and copy every value.
+    bool isMixLocked() const noexcept { return mixLock.load(); }
+    void setMixLock (bool shouldLock);
+    // The names of the parameters the lock keeps; none means no lock to offer.
+    juce::StringArray getMixParameterNames() const;
+
     // Whether the plug-in can change presets silently; only then is the
     // changing type read from the settings.
     virtual bool supportsSilentPresetChange() const { return false; }
@@ -195,6 +205,9 @@ public:
     void parameterChanged (Parameter& parameter) override;
 
 protected:
+    // The presetable parameters that make up the mix; the base has none.
+    virtual juce::StringArray getMixParameterCandidates() const { return {}; }
+
     // Reads the default preset, fills the bank as the default-presets mode
     // says and applies the current preset. The effect base calls it once its
     // core exists and the user settings have been read.
@@ -216,7 +229,7 @@ private:
     void changeToCurrentPreset();
     void setSlotName (int index, const juce::String& name);
     void showCurrentPresetName (bool notify);
-    void setParameterValues (const std::array<float, numPresetableParameters>& values);
+    void setParameterValues (const std::array<float, numPresetableParameters>& values, bool keepMix);
     std::array<float, numPresetableParameters> liveValues() const;
     void publishCurrentPreset (bool notify);
     void reportPresetApplied();
@@ -238,6 +251,8 @@ private:
     std::atomic<int> defaultPresetsMode { factoryPresets };
     std::atomic<int> storingMode { onDemandStoring };
     std::atomic<int> changingType { normalChange };
+    std::atomic<bool> mixLock { false };
+    std::array<bool, numPresetableParameters> isMixParameter {};
     juce::String defaultPresetsFile;
     juce::File lastPresetFolder, lastBankFolder;
 

@@ -55,15 +55,23 @@ TEST (PresetSettingsPage, ButtonsAndPathSetTheManagerAndTheSettingsFile)
     EXPECT_EQ (plugin.getDefaultPresetsFile(), bank);
     EXPECT_EQ (shownChoices (page), (std::array<int, 3> { 2, 0, 1 }));
 
+    ASSERT_TRUE (page.getMixLockButton().isVisible());
+    EXPECT_EQ (page.getMixLockButton().getButtonText(), "Mix lock: keep Wet Gain and FX when the preset changes");
+    click (page.getMixLockButton());
+    EXPECT_TRUE (plugin.isMixLocked());
+
     const auto saved = juce::parseXML (home.settingsFile());
     ASSERT_NE (saved, nullptr);
     EXPECT_EQ (saved->getChildByName ("PresetSettings")->getStringAttribute ("changing"), "silent");
+    EXPECT_EQ (saved->getChildByName ("PresetSettings")->getStringAttribute ("mixLock"), "on");
     EXPECT_EQ (saved->getChildByName ("ResourcesSettings")->getChildByName ("Presets")->getStringAttribute ("file"),
                bank.getFullPathName());
 
     // Opening the page again shows what the manager holds now.
     plugin.setDefaultPresetsMode (BasePluginOldStyle::clearPresets);
     plugin.setStoringMode (BasePluginOldStyle::onDemandStoring);
+    plugin.setMixLock (false);
     page.refresh();
     EXPECT_EQ (shownChoices (page), (std::array<int, 3> { 1, 1, 1 }));
+    EXPECT_FALSE (page.getMixLockButton().getToggleState());
 }
