@@ -22,7 +22,7 @@ bool BaseGFXController::loadStrip (const juce::XmlElement& element)
     if (! gfx->hasAttribute ("resource"))
         return false;
 
-    auto image = SkinValues::loadImage (gfx->getStringAttribute ("resource"));
+    auto image = SkinImage::load (gfx->getStringAttribute ("resource"));
 
     if (! image.isValid())
         return false;
@@ -59,5 +59,5 @@ void BaseGFXController::drawFrame (juce::Graphics& g, int frame) const
     if (! hasStrip() || frameHeight <= 0)
         return;
 
-    g.drawImage (strip, 0, 0, frameWidth, frameHeight, 0, frame * frameHeight, frameWidth, frameHeight);
+    strip.draw (g, { frameWidth, frameHeight }, { 0, frame * frameHeight, frameWidth, frameHeight });
 }

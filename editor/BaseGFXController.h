@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BlinkingComponent.h"
+#include "SkinImage.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -12,13 +13,15 @@ public:
     int getNumFrames() const noexcept { return framesNum; }
     int getFrameWidth() const noexcept { return frameWidth; }
     bool hasStrip() const noexcept { return strip.isValid(); }
+    const SkinImage& getStrip() const noexcept { return strip; }
 
     // floor ((frames - 1) * proportion + 0.5), kept inside the strip.
     int frameFor (double proportion) const noexcept;
 
 protected:
-    // The `gfx` child: loads the strip and sets the frame size. Returns true
-    // when an image was loaded. A framesNum below 1 reads as 1.
+    // The `gfx` child: loads the strip (and its double-resolution twin) and
+    // sets the frame size. Returns true when an image was loaded. A framesNum
+    // below 1 reads as 1.
     bool loadStrip (const juce::XmlElement& element);
 
     // `gfx`, then `size` (only when no strip gave the size), then `pos`
@@ -32,7 +35,7 @@ protected:
     virtual void frameSizeChanged() {}
 
 private:
-    juce::Image strip;
+    SkinImage strip;
     int framesNum = 1;
     int frameWidth = 0, frameHeight = 0;
     juce::Rectangle<int> skinBounds;

@@ -2,6 +2,7 @@
 
 #include "AboutWindow.h"
 #include "ControlFactory.h"
+#include "DisplaySettingsPage.h"
 #include "GFXDisplay.h"
 #include "MidiSettingsPage.h"
 #include "SkinValues.h"
@@ -38,6 +39,7 @@ BasePluginEditor::BasePluginEditor (BasePlugin& p, const juce::XmlElement* skin)
     addChildComponent (statusBar);
     plugin.getMidiControl().addListener (this);
     handleAsyncUpdate();
+    applyScale();
 }
 
 BasePluginEditor::~BasePluginEditor()
@@ -51,7 +53,7 @@ void BasePluginEditor::buildFromSkin (const juce::XmlElement& root)
     if (root.getTagName() != "PluginEditor")
         return;
 
-    auto image = SkinValues::loadImage (root.getStringAttribute ("background", "Background.png"));
+    auto image = SkinImage::load (root.getStringAttribute ("background", "Background.png"));
 
     if (image.isValid() && image != background)
     {
@@ -252,6 +254,29 @@ void BasePluginEditor::setOptionsVisible (bool shouldShow)
 void BasePluginEditor::addOptionsPages (OptionsPanel& panel)
 {
     panel.addPage ("MIDI", std::make_unique<MidiSettingsPage> (plugin.getMidiControl(), plugin.getParameterManager()));
+    panel.addPage ("Display", std::make_unique<DisplaySettingsPage> (getZoom(), [this] (int percent) { setZoom (percent); }));
+}
+
+//==============================================================================
+void BasePluginEditor::setScaleFactor (float newScale)
+{
+    if (newScale > 0.0f)
+        hostScale = newScale;
+
+    applyScale();
+}
+
+void BasePluginEditor::setZoom (int percent)
+{
+    plugin.setEditorZoom (percent);
+    applyScale();
+}
+
+// The wrappers size the host's window from the editor's transformed bounds,
+// so a new transform is also the request to resize it.
+void BasePluginEditor::applyScale()
+{
+    AudioProcessorEditor::setScaleFactor (hostScale * (float) getZoom() / 100.0f);
 }
 
 int BasePluginEditor::getHeightBelowSkin() const
@@ -280,7 +305,7 @@ void BasePluginEditor::paint (juce::Graphics& g)
     g.fillAll (juce::Colour (0xff1d1e21));
 
     if (background.isValid())
-        g.drawImageAt (background, 0, 0);
+        background.draw (g, { skinWidth, skinHeight }, { skinWidth, skinHeight });
 }
 
 void BasePluginEditor::resized()

@@ -2,6 +2,7 @@
 
 #include "GUIController.h"
 #include "OptionsPanel.h"
+#include "SkinImage.h"
 #include "StatusBar.h"
 
 #include "framework/BasePlugin.h"
@@ -62,6 +63,18 @@ public:
     void setOptionsVisible (bool shouldShow);
     OptionsPanel* getOptionsPanel() const noexcept { return optionsPanel.get(); }
 
+    // The scale the host asks for (VST3 content scale, VST2 and LV2 scale
+    // requests, as JUCE's wrappers pass them on) times the user's zoom is the
+    // editor's transform; its own size stays the skin's. In the standalone
+    // app the desktop's scale comes on top through the window.
+    void setScaleFactor (float newScale) override;
+    float getHostScale() const noexcept { return hostScale; }
+
+    // The zoom in percent for every instance; the window (and the host's,
+    // where the format lets the editor ask) follows at once.
+    int getZoom() const noexcept { return plugin.getEditorZoom(); }
+    void setZoom (int percent);
+
     void paint (juce::Graphics& g) override;
     void resized() override;
 
@@ -84,6 +97,7 @@ protected:
     void updateSize();
 
 private:
+    void applyScale();
     void toggleMidiLearn();
     void midiLearnModeChanged (bool isOn) override;
     void midiLearnChoiceChanged() override;
@@ -91,8 +105,9 @@ private:
     void handleAsyncUpdate() override;
 
     BasePlugin& plugin;
-    juce::Image background;
+    SkinImage background;
     int skinWidth = 400, skinHeight = 200;
+    float hostScale = 1.0f;
 
     std::vector<std::unique_ptr<GUIController>> ownedControllers;
     juce::Array<GUIController*> controllers;

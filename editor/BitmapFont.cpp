@@ -1,6 +1,6 @@
 #include "BitmapFont.h"
 
-void BitmapFont::setStrip (const juce::Image& newStrip, juce::juce_wchar firstCharacter, int newGlyphHeight)
+void BitmapFont::setStrip (const SkinImage& newStrip, juce::juce_wchar firstCharacter, int newGlyphHeight)
 {
     strip = newStrip;
     first = firstCharacter;
@@ -25,7 +25,7 @@ void BitmapFont::drawGlyph (juce::Graphics& g, juce::juce_wchar character, int x
     if (cell < 0)
         return;
 
-    g.drawImage (strip, x, y, getGlyphWidth(), glyphHeight, 0, cell * glyphHeight, getGlyphWidth(), glyphHeight);
+    strip.draw (g, { x, y, getGlyphWidth(), glyphHeight }, { 0, cell * glyphHeight, getGlyphWidth(), glyphHeight });
 }
 
 juce::Font BitmapFont::createLayoutFont() const

@@ -1,13 +1,16 @@
 #pragma once
 
-#include <juce_graphics/juce_graphics.h>
+#include "SkinImage.h"
 
 // A font cut from a vertical strip of fixed-size glyph cells: cell i holds the
 // character firstCharacter + i, one strip width wide and glyphHeight tall.
+// Cells are measured in the strip the skin names; its double-resolution twin
+// is drawn where the display is shown enlarged.
 class BitmapFont
 {
 public:
-    void setStrip (const juce::Image& strip, juce::juce_wchar firstCharacter, int glyphHeight);
+    void setStrip (const SkinImage& strip, juce::juce_wchar firstCharacter, int glyphHeight);
+    const SkinImage& getStrip() const noexcept { return strip; }
 
     bool isValid() const noexcept { return strip.isValid() && getNumCells() > 0; }
     int getNumCells() const noexcept;
@@ -25,7 +28,7 @@ public:
     juce::Font createLayoutFont() const;
 
 private:
-    juce::Image strip;
+    SkinImage strip;
     juce::juce_wchar first = ' ';
     int glyphHeight = 0;
 };

@@ -44,7 +44,7 @@ void GFXDisplay::loadGeometry (const juce::XmlElement& element)
 {
     if (const auto* gfx = element.getChildByName ("gfx"))
     {
-        const auto image = SkinValues::loadImage (gfx->getStringAttribute ("resource"));
+        const auto image = SkinImage::load (gfx->getStringAttribute ("resource"));
         const auto firstASCII = gfx->getStringAttribute ("firstASCII");
         font.setStrip (image, firstASCII.isEmpty() ? (juce::juce_wchar) ' ' : firstASCII[0],
                        SkinValues::readInt (*gfx, "fontHeight"));

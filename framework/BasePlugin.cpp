@@ -237,6 +237,9 @@ void BasePlugin::readUserSettings (const juce::XmlElement& settings)
 
     if (defaultMidiMapPath.isNotEmpty())
         midiControl.loadFile (juce::File (defaultMidiMapPath));
+
+    if (const auto* editorSettings = settings.getChildByName ("EditorSettings"))
+        editorZoom = EditorZoom::fromText (editorSettings->getStringAttribute ("zoom"));
 }
 
 void BasePlugin::writeUserSettings (juce::XmlElement& settings)
@@ -247,6 +250,16 @@ void BasePlugin::writeUserSettings (juce::XmlElement& settings)
         resources = settings.createNewChildElement ("ResourcesSettings");
 
     resources->createNewChildElement ("MidiCCMap")->setAttribute ("file", defaultMidiMapPath);
+    settings.createNewChildElement ("EditorSettings")->setAttribute ("zoom", editorZoom);
+}
+
+void BasePlugin::setEditorZoom (int percent)
+{
+    if (! EditorZoom::isStep (percent) || percent == editorZoom)
+        return;
+
+    editorZoom = percent;
+    saveUserSettings();
 }
 
 juce::File BasePlugin::getDefaultMidiMapFile() const

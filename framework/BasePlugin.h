@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EditorZoom.h"
 #include "EventRegistry.h"
 #include "MidiControl.h"
 #include "Parameter.h"
@@ -73,6 +74,12 @@ public:
     juce::File getDefaultMidiMapFile() const;
     void setDefaultMidiMapFile (const juce::File& file);
 
+    // The editor's zoom in percent (one of EditorZoom::steps), the same for
+    // every instance: <EditorSettings zoom="..."/>. Setting it saves the user
+    // settings; anything but a step is refused.
+    int getEditorZoom() const noexcept { return editorZoom; }
+    void setEditorZoom (int percent);
+
     // Hooks of the processing frame for MIDI: controller messages go to the
     // controller map; program changes select presets, of which the base has none.
     virtual void handleControllerMessage (const juce::MidiMessage& message);
@@ -122,6 +129,7 @@ private:
     ParameterManager parameterManager { this };
     MidiControl midiControl { parameterManager, [this] { return getPluginName(); } };
     juce::String defaultMidiMapPath;
+    int editorZoom = EditorZoom::defaultPercent;
     std::array<std::atomic<float>, numFallbackValues> fallbackValues {};
     std::array<HostParameter*, hostParameterCount> hostParameters {};
     EventRegistry eventRegistry;

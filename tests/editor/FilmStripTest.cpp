@@ -177,9 +177,10 @@ TEST (FilmStrip, NumberDisplaysPickTheirCells)
 
 TEST (BitmapFont, MapsCharactersToCellsOfTheStrip)
 {
-    const auto strip = SkinValues::loadImage ("Fonts.png");
+    const auto skinImage = SkinImage::load ("Fonts.png");
+    const auto& strip = skinImage.getImage();
     BitmapFont font;
-    font.setStrip (strip, ' ', 9);
+    font.setStrip (skinImage, ' ', 9);
 
     ASSERT_EQ (font.getNumCells(), 192);
     EXPECT_EQ (font.getCell (' '), 0);
@@ -207,6 +208,23 @@ TEST (BitmapFont, MapsCharactersToCellsOfTheStrip)
 
     EXPECT_EQ (differences, 0);
     EXPECT_GT (inked, 5) << "the glyph for 'A' has ink";
+
+    // Enlarged twice, the glyph comes pixel for pixel from the double-resolution strip.
+    ASSERT_TRUE (skinImage.hasDoubleResolution());
+    juce::Image sharp (juce::Image::ARGB, 14, 18, true);
+    {
+        juce::Graphics g (sharp);
+        g.addTransform (juce::AffineTransform::scale (2.0f));
+        font.drawGlyph (g, 'A', 0, 0);
+    }
+
+    const auto doubled = SkinValues::loadImage ("Fonts@2x.png");
+    differences = 0;
+    for (int y = 0; y < 18; ++y)
+        for (int x = 0; x < 14; ++x)
+            differences += sharp.getPixelAt (x, y) != doubled.getPixelAt (x, 33 * 18 + y) ? 1 : 0;
+
+    EXPECT_EQ (differences, 0);
 }
 
 TEST (BitmapFont, DisplaysShowEditAndRefuse)

@@ -143,11 +143,13 @@ namespace
     }
 }
 
-juce::Image BackgroundArt::draw()
+juce::Image BackgroundArt::draw (float scale)
 {
     const juce::Rectangle<int> panel (SkinLayout::panelWidth, SkinLayout::panelHeight);
-    juce::Image image (juce::Image::RGB, panel.getWidth(), panel.getHeight(), true);
+    juce::Image image (juce::Image::RGB, juce::roundToInt ((float) panel.getWidth() * scale),
+                       juce::roundToInt ((float) panel.getHeight() * scale), true);
     juce::Graphics g (image);
+    g.addTransform (juce::AffineTransform::scale (scale));
 
     drawChassis (g, panel);
 

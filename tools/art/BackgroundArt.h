@@ -6,5 +6,5 @@
 // scales and legends, display windows, all placed from the layout table.
 namespace BackgroundArt
 {
-    juce::Image draw();
+    juce::Image draw (float scale);
 }

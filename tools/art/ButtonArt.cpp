@@ -59,9 +59,9 @@ namespace
         g.fillPath (legend);
     }
 
-    juce::Image drawKeyStrip (const SkinLayout::Strip& strip, const std::function<juce::Path (juce::Rectangle<float>)>& legendFor)
+    juce::Image drawKeyStrip (const SkinLayout::Strip& strip, float scale, const std::function<juce::Path (juce::Rectangle<float>)>& legendFor)
     {
-        return drawFilmStrip (strip.frameWidth, strip.frameHeight, strip.frames, [&] (juce::Graphics& g, int frame)
+        return drawFilmStrip (strip.frameWidth, strip.frameHeight, strip.frames, scale, [&] (juce::Graphics& g, int frame)
         {
             const bool pressed = frame != restFrame;
             const auto area = juce::Rectangle<float> ((float) strip.frameWidth, (float) strip.frameHeight);
@@ -106,9 +106,9 @@ namespace
         return path;
     }
 
-    juce::Image drawWordmark (const SkinLayout::Strip& strip, const juce::String& name)
+    juce::Image drawWordmark (const SkinLayout::Strip& strip, float scale, const juce::String& name)
     {
-        return drawFilmStrip (strip.frameWidth, strip.frameHeight, strip.frames, [&] (juce::Graphics& g, int frame)
+        return drawFilmStrip (strip.frameWidth, strip.frameHeight, strip.frames, scale, [&] (juce::Graphics& g, int frame)
         {
             const bool lit = frame != restFrame;
 
@@ -125,7 +125,7 @@ namespace
     }
 }
 
-juce::Image ButtonArt::drawStrip (const SkinLayout::Control& button)
+juce::Image ButtonArt::drawStrip (const SkinLayout::Control& button, float scale)
 {
     using SkinLayout::Face;
     const auto& strip = *button.strip;
@@ -134,14 +134,14 @@ juce::Image ButtonArt::drawStrip (const SkinLayout::Control& button)
     switch (button.face)
     {
         case Face::Wordmark:
-            return drawWordmark (strip, legend);
+            return drawWordmark (strip, scale, legend);
 
         case Face::LeftArrow:
         case Face::RightArrow:
-            return drawKeyStrip (strip, [&] (juce::Rectangle<float> area) { return arrow (area, button.face == Face::RightArrow); });
+            return drawKeyStrip (strip, scale, [&] (juce::Rectangle<float> area) { return arrow (area, button.face == Face::RightArrow); });
 
         case Face::Gear:
-            return drawKeyStrip (strip, [&] (juce::Rectangle<float> area)
+            return drawKeyStrip (strip, scale, [&] (juce::Rectangle<float> area)
             {
                 auto face = gear ({ area.getCentreX(), area.getY() + 13.0f }, 8.5f);
                 face.addPath (textPath (legend, Palette::titleFont (10.5f), area.withTrimmedTop (24.0f).withHeight (12.0f)));
@@ -152,5 +152,5 @@ juce::Image ButtonArt::drawStrip (const SkinLayout::Control& button)
             break;
     }
 
-    return drawKeyStrip (strip, [&] (juce::Rectangle<float> area) { return textPath (legend, Palette::titleFont (10.5f), area); });
+    return drawKeyStrip (strip, scale, [&] (juce::Rectangle<float> area) { return textPath (legend, Palette::titleFont (10.5f), area); });
 }

@@ -6,5 +6,5 @@
 namespace ButtonArt
 {
     // The wordmark face shows the product's name on the panel and opens the about window.
-    juce::Image drawStrip (const SkinLayout::Control&);
+    juce::Image drawStrip (const SkinLayout::Control&, float scale);
 }

@@ -1,10 +1,12 @@
 #include "FilmStrip.h"
 
-juce::Image drawFilmStrip (int frameWidth, int frameHeight, int frames,
+juce::Image drawFilmStrip (int frameWidth, int frameHeight, int frames, float scale,
                            const std::function<void (juce::Graphics&, int frame)>& drawFrame)
 {
-    juce::Image strip (juce::Image::ARGB, frameWidth, frameHeight * frames, true);
+    juce::Image strip (juce::Image::ARGB, juce::roundToInt ((float) frameWidth * scale),
+                       juce::roundToInt ((float) (frameHeight * frames) * scale), true);
     juce::Graphics g (strip);
+    g.addTransform (juce::AffineTransform::scale (scale));
 
     for (int frame = 0; frame < frames; ++frame)
     {

@@ -85,9 +85,9 @@ namespace
     }
 }
 
-juce::Image KnobArt::drawStrip (const SkinLayout::Strip& strip, juce::Colour cap, juce::Colour pointer)
+juce::Image KnobArt::drawStrip (const SkinLayout::Strip& strip, float scale, juce::Colour cap, juce::Colour pointer)
 {
-    return drawFilmStrip (strip.frameWidth, strip.frameHeight, strip.frames, [&] (juce::Graphics& g, int frame)
+    return drawFilmStrip (strip.frameWidth, strip.frameHeight, strip.frames, scale, [&] (juce::Graphics& g, int frame)
     {
         const float radius = radiusFor (strip);
         const juce::Point<float> centre ((float) strip.frameWidth * 0.5f, radius + 0.5f);

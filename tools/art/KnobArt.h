@@ -14,5 +14,5 @@ namespace KnobArt
     // The knob's outer radius inside a frame; the background's scale sits just outside it.
     float radiusFor (const SkinLayout::Strip&);
 
-    juce::Image drawStrip (const SkinLayout::Strip&, juce::Colour cap, juce::Colour pointer);
+    juce::Image drawStrip (const SkinLayout::Strip&, float scale, juce::Colour cap, juce::Colour pointer);
 }

@@ -1,6 +1,8 @@
 #include "PanelArt.h"
 #include "SkinDocument.h"
 
+#include "editor/DoubleResolution.h"
+
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include <iostream>
@@ -70,11 +72,15 @@ int main (int argc, char* argv[])
     if (! fontsInstalled())
         return fail ("the fonts \"Nimbus Sans Narrow\" and \"URW Gothic\" are missing (Debian package fonts-urw-base35)");
 
-    const auto art = drawPanelArt();
+    // Every image once as the skin names it and once at double resolution,
+    // drawn afresh at that size rather than enlarged.
+    const auto art = drawPanelArt (1.0f);
+    const auto doubled = drawPanelArt ((float) DoubleResolution::factor);
 
-    for (const auto& file : art)
-        if (! writePng (folder.getChildFile (file.fileName), file.image))
-            return fail ("cannot write " + folder.getChildFile (file.fileName).getFullPathName());
+    for (const auto* set : { &art, &doubled })
+        for (const auto& file : *set)
+            if (! writePng (folder.getChildFile (file.fileName), file.image))
+                return fail ("cannot write " + folder.getChildFile (file.fileName).getFullPathName());
 
     const auto skin = createSkinDocument();
     const auto skinFile = folder.getChildFile ("skin.xml");
@@ -85,7 +91,7 @@ int main (int argc, char* argv[])
     if (! writeFile (skinFile, [&] (juce::OutputStream& out) { skin->writeTo (out, format); return true; }))
         return fail ("cannot write " + skinFile.getFullPathName());
 
-    std::cout << "wrote " << art.size() << " images and skin.xml to " << folder.getFullPathName() << std::endl;
+    std::cout << "wrote " << art.size() + doubled.size() << " images and skin.xml to " << folder.getFullPathName() << std::endl;
 
     if (argc == 4)
     {

@@ -28,14 +28,14 @@ namespace
     }
 }
 
-juce::Image MeterArt::drawStrip (const SkinLayout::Strip& strip)
+juce::Image MeterArt::drawStrip (const SkinLayout::Strip& strip, float scale)
 {
     const int segments = strip.frames - 1;
     const int columnHeight = segments * (segmentHeight + segmentGap) - segmentGap;
     const int left = (strip.frameWidth - segmentWidth) / 2;
     const int bottom = (strip.frameHeight + columnHeight) / 2;
 
-    return drawFilmStrip (strip.frameWidth, strip.frameHeight, strip.frames, [&] (juce::Graphics& g, int frame)
+    return drawFilmStrip (strip.frameWidth, strip.frameHeight, strip.frames, scale, [&] (juce::Graphics& g, int frame)
     {
         drawSlot (g, juce::Rectangle<float> ((float) strip.frameWidth, (float) strip.frameHeight).reduced (1.0f, 0.0f));
 

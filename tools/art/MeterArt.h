@@ -7,5 +7,5 @@
 // frame full scale.
 namespace MeterArt
 {
-    juce::Image drawStrip (const SkinLayout::Strip&);
+    juce::Image drawStrip (const SkinLayout::Strip&, float scale);
 }

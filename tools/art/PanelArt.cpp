@@ -8,31 +8,33 @@
 #include "PixelFont.h"
 #include "SkinLayout.h"
 
+#include "editor/DoubleResolution.h"
+
 namespace
 {
     using SkinLayout::Kind;
 
-    juce::Image drawKnob (const SkinLayout::Strip& strip)
+    juce::Image drawKnob (const SkinLayout::Strip& strip, float scale)
     {
         // The mixer's knobs wear an amber pointer; dry/wet and output also a warmer cap.
         if (&strip == &SkinLayout::outputKnob)
-            return KnobArt::drawStrip (strip, Palette::knobCapWarm, Palette::amber);
+            return KnobArt::drawStrip (strip, scale, Palette::knobCapWarm, Palette::amber);
 
         if (&strip == &SkinLayout::mixerKnob)
-            return KnobArt::drawStrip (strip, Palette::knobCap, Palette::amber);
+            return KnobArt::drawStrip (strip, scale, Palette::knobCap, Palette::amber);
 
-        return KnobArt::drawStrip (strip, Palette::knobCap, Palette::pointer);
+        return KnobArt::drawStrip (strip, scale, Palette::knobCap, Palette::pointer);
     }
 
-    juce::Image drawStripFor (const SkinLayout::Control& control)
+    juce::Image drawStripFor (const SkinLayout::Control& control, float scale)
     {
         switch (control.kind)
         {
-            case Kind::Knob:         return drawKnob (*control.strip);
-            case Kind::Button:       return ButtonArt::drawStrip (control);
-            case Kind::Animation:    return MeterArt::drawStrip (*control.strip);
+            case Kind::Knob:         return drawKnob (*control.strip, scale);
+            case Kind::Button:       return ButtonArt::drawStrip (control, scale);
+            case Kind::Animation:    return MeterArt::drawStrip (*control.strip, scale);
             case Kind::Display:
-            case Kind::DisplayFloat: return PixelFont::drawStrip (Palette::displayInk);
+            case Kind::DisplayFloat: return PixelFont::drawStrip (Palette::displayInk, scale);
         }
 
         return {};
@@ -54,14 +56,19 @@ namespace
     }
 }
 
-std::vector<ArtFile> drawPanelArt()
+std::vector<ArtFile> drawPanelArt (float scale)
 {
-    std::vector<ArtFile> art { { "Background.png", BackgroundArt::draw() } };
+    const auto fileName = [scale] (const juce::String& skinName)
+    {
+        return scale > 1.0f ? DoubleResolution::fileNameFor (skinName) : skinName;
+    };
+
+    std::vector<ArtFile> art { { fileName ("Background.png"), BackgroundArt::draw (scale) } };
 
     // Several controls share a strip; each strip is drawn once.
     for (const auto& control : SkinLayout::controls())
-        if (find (art, control.strip->resource) == nullptr)
-            art.push_back ({ control.strip->resource, drawStripFor (control) });
+        if (find (art, fileName (control.strip->resource)) == nullptr)
+            art.push_back ({ fileName (control.strip->resource), drawStripFor (control, scale) });
 
     return art;
 }

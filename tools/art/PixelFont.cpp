@@ -150,14 +150,59 @@ std::array<std::array<bool, PixelFont::cellWidth>, PixelFont::cellHeight> PixelF
     return cell;
 }
 
-juce::Image PixelFont::drawStrip (juce::Colour ink)
+namespace
 {
-    juce::Image strip (juce::Image::ARGB, cellWidth, cellHeight * (lastCode - firstCode + 1), true);
+    // Where two lit pixels touch only at a corner, the half-pixel squares on
+    // either side of that corner are lit too, so a diagonal reads as a line.
+    void smoothDiagonals (juce::Graphics& g, int code, int x, int y, juce::Colour ink)
+    {
+        g.setColour (ink);
+        const auto cell = PixelFont::glyph (code);
+        const auto lit = [&] (int row, int column) { return cell[(size_t) row][(size_t) column]; };
+
+        for (int row = 0; row + 1 < PixelFont::cellHeight; ++row)
+            for (int column = 0; column + 1 < PixelFont::cellWidth; ++column)
+            {
+                const auto corner = juce::Point<float> ((float) (x + column + 1), (float) (y + row + 1));
+                const bool falling = lit (row, column) && lit (row + 1, column + 1);
+                const bool rising = lit (row, column + 1) && lit (row + 1, column);
+
+                if (falling == rising)
+                    continue;
+
+                const juce::Rectangle<float> quarter (0.5f, 0.5f);
+
+                if (falling && ! lit (row, column + 1) && ! lit (row + 1, column))
+                {
+                    g.fillRect (quarter.withPosition (corner.x, corner.y - 0.5f));
+                    g.fillRect (quarter.withPosition (corner.x - 0.5f, corner.y));
+                }
+
+                if (rising && ! lit (row, column) && ! lit (row + 1, column + 1))
+                {
+                    g.fillRect (quarter.withPosition (corner.x - 0.5f, corner.y - 0.5f));
+                    g.fillRect (quarter.withPosition (corner.x, corner.y));
+                }
+            }
+    }
+}
+
+juce::Image PixelFont::drawStrip (juce::Colour ink, float scale)
+{
+    juce::Image strip (juce::Image::ARGB, juce::roundToInt ((float) cellWidth * scale),
+                       juce::roundToInt ((float) (cellHeight * (lastCode - firstCode + 1)) * scale), true);
 
     juce::Graphics g (strip);
+    g.addTransform (juce::AffineTransform::scale (scale));
 
     for (int code = firstCode; code <= lastCode; ++code)
-        drawText (g, juce::String::charToString ((juce::juce_wchar) code), 0, (code - firstCode) * cellHeight, ink);
+    {
+        const int top = (code - firstCode) * cellHeight;
+        drawText (g, juce::String::charToString ((juce::juce_wchar) code), 0, top, ink);
+
+        if (scale > 1.0f)
+            smoothDiagonals (g, code, 0, top, ink);
+    }
 
     return strip;
 }

@@ -12,7 +12,9 @@ namespace PixelFont
     // The lit pixels of a character's cell; an empty mask for codes without a glyph.
     std::array<std::array<bool, cellWidth>, cellHeight> glyph (int code);
 
-    juce::Image drawStrip (juce::Colour ink);
+    // At a scale above 1 the glyphs keep their pixel shapes, and the steps of
+    // their diagonals are filled in with the finer pixels the scale offers.
+    juce::Image drawStrip (juce::Colour ink, float scale);
 
     // Text in the font, for pixel-exact captions drawn elsewhere.
     void drawText (juce::Graphics&, const juce::String& text, int x, int y, juce::Colour ink);

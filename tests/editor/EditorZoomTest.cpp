@@ -1,0 +1,78 @@
+#include "EditorTestSupport.h"
+
+#include "editor/DisplaySettingsPage.h"
+#include "editor/QuorlaneEditor.h"
+#include "tests/support/ScopedConfigHome.h"
+
+using namespace EditorTest;
+
+namespace
+{
+    // The size the host's window gets, to the pixel (rounding may add one).
+    void expectSizeInHost (const juce::Component& editor, int width, int height)
+    {
+        const auto bounds = editor.getBoundsInParent();
+        EXPECT_NEAR (bounds.getWidth(), width, 1);
+        EXPECT_NEAR (bounds.getHeight(), height, 1);
+    }
+
+    juce::String settingsWithZoom (const juce::String& zoom)
+    {
+        return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<UserSettings application=\"Quorlane\">"
+               "<EditorSettings zoom=\"" + zoom + "\"/></UserSettings>";
+    }
+}
+
+// The zoom chosen on the options page is kept for every instance and resizes
+// the window with its options panel; the host's scale multiplies it while the
+// editor keeps the skin's own size.
+TEST (EditorZoom, TheChosenZoomResizesTheWindowAndIsKeptForEveryInstance)
+{
+    ScopedConfigHome home;
+    Quorlane plugin;
+    QuorlaneEditor editor (plugin);
+    EXPECT_EQ (editor.getZoom(), 100);
+    expectSizeInHost (editor, 633, 207);
+
+    editor.setOptionsVisible (true);
+    auto* page = dynamic_cast<DisplaySettingsPage*> (editor.getOptionsPanel()->getTabContentComponent (
+        editor.getOptionsPanel()->getTabNames().indexOf ("Display")));
+    ASSERT_NE (page, nullptr) << "the options panel has a Display page";
+    const int withOptions = editor.getHeight();
+    EXPECT_GT (withOptions, 207);
+
+    page->getZoomBox().setSelectedId (150, juce::sendNotificationSync);
+    EXPECT_EQ (editor.getZoom(), 150);
+    EXPECT_EQ (editor.getWidth(), 633) << "the editor keeps the skin's size";
+    expectSizeInHost (editor, 950, juce::roundToInt (withOptions * 1.5));
+    EXPECT_EQ (editor.getOptionsPanel()->getWidth(), 633) << "the panel grows with the window";
+
+    // A host scale of 2 comes on top: 300 %.
+    editor.setScaleFactor (2.0f);
+    EXPECT_FLOAT_EQ (editor.getTransform().mat00, 3.0f);
+    EXPECT_EQ (editor.getWidth(), 633);
+
+    editor.setZoom (130);
+    EXPECT_EQ (editor.getZoom(), 150) << "only the offered steps are taken";
+
+    Quorlane other;
+    EXPECT_EQ (other.getEditorZoom(), 150) << "a new instance reads the zoom from the user settings";
+    QuorlaneEditor otherEditor (other);
+    expectSizeInHost (otherEditor, 950, 311);
+    EXPECT_TRUE (home.settingsFile().loadFileAsString().contains ("zoom=\"150\""));
+}
+
+TEST (EditorZoom, AZoomThatIsNoStepReadsAsOneHundredPercent)
+{
+    ScopedConfigHome home;
+
+    for (const auto& [text, expected] : { std::pair { "200", 200 }, { "125", 125 }, { "130", 100 }, { "0", 100 },
+                                          { "-150", 100 }, { "150%", 100 }, { "abc", 100 }, { "", 100 }, { "1e9", 100 } })
+    {
+        home.writeSettings (settingsWithZoom (text));
+        Quorlane plugin;
+        EXPECT_EQ (plugin.getEditorZoom(), expected) << text;
+        QuorlaneEditor editor (plugin);
+        EXPECT_NEAR (editor.getBoundsInParent().getWidth(), 633 * expected / 100.0, 1.0) << text;
+    }
+}
