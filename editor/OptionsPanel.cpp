@@ -18,6 +18,22 @@ void OptionsPanel::addPage (const juce::String& title, std::unique_ptr<juce::Com
     addTab (title, panelBackground, page.release(), true);
 }
 
+void OptionsPanel::drawPageText (juce::Graphics& g, const PageText& text, int pageWidth)
+{
+    const juce::Colour textColour (0xffbef6ff);
+
+    g.setColour (textColour);
+    g.setFont (getFont (16.0f).boldened());
+    g.drawText (text.title, 20, 12, 300, 22, juce::Justification::centredLeft);
+
+    g.setFont (getFont (13.0f));
+    for (const auto& [label, top] : text.labels)
+        g.drawText (label, 20, top, 140, 24, juce::Justification::centredLeft);
+
+    g.setColour (textColour.withAlpha (0.75f));
+    g.drawFittedText (text.note, juce::Rectangle<int> (20, text.noteTop, pageWidth - 40, 40), juce::Justification::topLeft, 2);
+}
+
 juce::Font OptionsPanel::getFont (float fontHeight)
 {
     static const bool hasTahoma = juce::Font::findAllTypefaceNames().contains ("Tahoma");

@@ -14,5 +14,17 @@ public:
     // Tahoma where installed; otherwise the closest sans-serif face.
     static juce::Font getFont (float height);
 
+    // The text of a settings page: a bold title, a label left of each row's
+    // control (at the given tops) and a dimmer note under them.
+    struct PageText
+    {
+        juce::String title;
+        std::vector<std::pair<juce::String, int>> labels;
+        juce::String note;
+        int noteTop;
+    };
+
+    static void drawPageText (juce::Graphics& g, const PageText& text, int pageWidth);
+
     static constexpr int height = 280;
 };

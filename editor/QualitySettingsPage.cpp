@@ -5,7 +5,6 @@
 namespace
 {
     const char* const stepNames[] = { "Low", "Medium", "High", "Highest" };
-    const juce::Colour textColour (0xffbef6ff);
 
     void fill (juce::ComboBox& box)
     {
@@ -51,16 +50,7 @@ void QualitySettingsPage::parameterChanged (Parameter&)
 
 void QualitySettingsPage::paint (juce::Graphics& g)
 {
-    g.setColour (textColour);
-    g.setFont (OptionsPanel::getFont (16.0f).boldened());
-    g.drawText ("Quality", 20, 12, 300, 22, juce::Justification::centredLeft);
-
-    g.setFont (OptionsPanel::getFont (13.0f));
-    g.drawText ("Default Quality", 20, 48, 140, 24, juce::Justification::centredLeft);
-    g.drawText ("Current Quality", 20, 84, 140, 24, juce::Justification::centredLeft);
-
-    g.setColour (textColour.withAlpha (0.75f));
-    g.drawFittedText (restartNote, juce::Rectangle<int> (20, 124, getWidth() - 40, 40), juce::Justification::topLeft, 2);
+    OptionsPanel::drawPageText (g, { "Quality", { { "Default Quality", 48 }, { "Current Quality", 84 } }, restartNote, 124 }, getWidth());
 }
 
 void QualitySettingsPage::resized()

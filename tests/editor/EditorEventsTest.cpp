@@ -86,7 +86,7 @@ TEST (EditorEvents, OptionsOpenBelowTheSkin)
     EXPECT_EQ (editor.getOptionsPanel()->getY(), 207);
 
     auto& tabs = *editor.getOptionsPanel();
-    EXPECT_EQ (tabs.getTabNames(), juce::StringArray ({ "Quality", "Presets", "MIDI" }));
+    EXPECT_EQ (tabs.getTabNames(), juce::StringArray ({ "Quality", "Presets", "MIDI", "Display" }));
 
     editor.handleEvent (EventRegistry::options, nullptr);
     EXPECT_EQ (editor.getHeight(), 207);

@@ -271,6 +271,31 @@ TEST_P (HostedPlugin, OpensTheSkinnedEditor)
     pumpMessages();
 }
 
+// On screen, a host scale of 2 (VST3 content scale, LV2 ui:scaleFactor)
+// doubles the plug-in's window: it keeps its logical size and the host's
+// window grows to twice it.
+TEST_P (HostedPlugin, FollowsTheHostsScale)
+{
+    auto plugin = instantiate();
+    ASSERT_NE (plugin, nullptr) << GetParam().identifier;
+
+    std::unique_ptr<juce::AudioProcessorEditor> editor (plugin->createEditorIfNeeded());
+    ASSERT_NE (editor, nullptr);
+    editor->addToDesktop (juce::ComponentPeer::windowHasTitleBar);
+    editor->setVisible (true);
+    juce::MessageManager::getInstance()->runDispatchLoopUntil (200);
+    EXPECT_EQ (editor->getWidth(), 633);
+    EXPECT_EQ (editor->getHeight(), 207);
+
+    editor->setScaleFactor (2.0f);
+    juce::MessageManager::getInstance()->runDispatchLoopUntil (300);
+    EXPECT_EQ (editor->getWidth(), 1266);
+    EXPECT_EQ (editor->getHeight(), 414);
+
+    editor.reset();
+    pumpMessages();
+}
+
 INSTANTIATE_TEST_SUITE_P (Formats, HostedPlugin,
     ::testing::Values (
         Format { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, QUORLANE_VST3_PATH },
