@@ -173,12 +173,11 @@ void BasePluginEditor::commitDisplayText (GFXDisplay& display, const juce::Strin
 }
 
 //==============================================================================
-// The flag is only ever switched from the message thread; the audio thread
-// merely reads it, under the map's lock.
+// One read-and-flip under the map's lock, so no other switch can slip in
+// between the read and the write.
 void BasePluginEditor::toggleMidiLearn()
 {
-    auto& midi = plugin.getMidiControl();
-    midi.setLearnMode (! midi.isLearnMode());
+    plugin.getMidiControl().toggleLearnMode();
 }
 
 juce::String BasePluginEditor::describeMidiLearn() const

@@ -1,6 +1,5 @@
 #include "BasePluginEditorOldStyle.h"
 
-#include "GFXDisplay.h"
 #include "OldStylePresetBrowserWindow.h"
 
 BasePluginEditorOldStyle::BasePluginEditorOldStyle (BasePluginOldStyle& p)
@@ -26,16 +25,6 @@ void BasePluginEditorOldStyle::handleEvent (int eventId, GUIController* source)
     BasePluginEditor::handleEvent (eventId, source);
 }
 
-void BasePluginEditorOldStyle::commitDisplayText (GFXDisplay& display, const juce::String& text)
-{
-    auto* p = display.getParameter();
-
-    if (p != nullptr && p->getIndex() == BasePluginOldStyle::currentPresetNameIndex)
-        presets.renameSlot ((int) presets.getCurrentPresetIndex(), text);
-    else
-        BasePluginEditor::commitDisplayText (display, text);
-}
-
 void BasePluginEditorOldStyle::togglePresetBrowser()
 {
     if (browser != nullptr)
@@ -50,7 +39,7 @@ void BasePluginEditorOldStyle::saveCurrentPresetAs()
     const auto extension = presets.getPresetFileExtension();
 
     chooser = std::make_unique<juce::FileChooser> ("Save current settings as preset",
-                                                   presets.getLastBankFolder().getChildFile (presets.getCurrentPresetName() + extension),
+                                                   presets.getLastPresetFolder().getChildFile (presets.getCurrentPresetName() + extension),
                                                    "*" + extension);
     chooser->launchAsync (juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
                               | juce::FileBrowserComponent::warnAboutOverwriting,
@@ -84,6 +73,12 @@ BasePluginEditorOldStyle::PresetsSettingsComponent::PresetsSettingsComponent (Ba
     pathField.onReturnKey = [this] { commitPath(); };
     pathField.onFocusLost = [this] { commitPath(); };
     addAndMakeVisible (pathField);
+
+    const auto mix = plugin.getMixParameterNames();
+    mixLockButton.setButtonText ("Mix lock: keep " + mix.joinIntoString (" and ") + " when the preset changes");
+    mixLockButton.onClick = [this] { plugin.setMixLock (mixLockButton.getToggleState()); };
+    addChildComponent (mixLockButton);
+    mixLockButton.setVisible (! mix.isEmpty());
 
     refresh();
 }
@@ -120,6 +115,7 @@ void BasePluginEditorOldStyle::PresetsSettingsComponent::refresh()
             groups[g].buttons[i]->setToggleState (i == chosen[g], juce::dontSendNotification);
 
     pathField.setText (plugin.getDefaultPresetsFile().getFullPathName(), false);
+    mixLockButton.setToggleState (plugin.isMixLocked(), juce::dontSendNotification);
 }
 
 void BasePluginEditorOldStyle::PresetsSettingsComponent::commitPath()
@@ -149,4 +145,6 @@ void BasePluginEditorOldStyle::PresetsSettingsComponent::resized()
         if (g == 0)
             pathField.setBounds (box.reduced (12, 0).withTrimmedTop (48).removeFromTop (24));
     }
+
+    mixLockButton.setBounds (area.removeFromTop (26).reduced (10, 0));
 }

@@ -8,7 +8,7 @@ class OldStylePresetBrowserWindow;
 
 // The editor of plug-ins that keep their presets inside: the "Presets" page
 // of the options, the preset browser window, saving the current preset to a
-// file, and renaming the current preset from the preset-name display.
+// file.
 class BasePluginEditorOldStyle : public BasePluginEditor
 {
 public:
@@ -17,7 +17,6 @@ public:
     ~BasePluginEditorOldStyle() override;
 
     void handleEvent (int eventId, GUIController* source) override;
-    void commitDisplayText (GFXDisplay& display, const juce::String& text) override;
 
     void togglePresetBrowser();
 
@@ -33,6 +32,7 @@ public:
         // The groups' buttons in order: default presets (3), storing (2), changing (2).
         juce::ToggleButton& getButton (int group, int index);
         juce::TextEditor& getPathField() noexcept { return pathField; }
+        juce::ToggleButton& getMixLockButton() noexcept { return mixLockButton; }
 
         // Shows the manager's current choices.
         void refresh();
@@ -51,6 +51,7 @@ public:
         BasePluginOldStyle& plugin;
         Group groups[3];
         juce::TextEditor pathField;
+        juce::ToggleButton mixLockButton;
     };
 
 protected:

@@ -1,6 +1,8 @@
 #include "OldStylePresetBrowserWindow.h"
 
 #include "OptionsPanel.h"
+#include "PresetBrowserButtons.h"
+#include "SkinImageButton.h"
 
 class OldStylePresetBrowserWindow::Content : public juce::Component
 {
@@ -12,12 +14,17 @@ public:
     {
         addAndMakeVisible (browser);
 
-        setUp (addGroupButton, "Add group", [this] { browser.addGroup(); });
-        setUp (removeGroupButton, "Remove empty group", [this] { browser.removeGroup(); });
-        setUp (copyButton, "Copy current preset", [this] { browser.copyPreset(); });
-        setUp (pasteButton, "Paste copied preset", [this] { browser.pastePreset(); });
-        setUp (previousButton, "Select previous preset", [this] { browser.previousPreset(); });
-        setUp (nextButton, "Select next preset", [this] { browser.nextPreset(); });
+        const std::function<void()> actions[] = { [this] { browser.addGroup(); },     [this] { browser.removeGroup(); },
+                                                  [this] { browser.copyPreset(); },   [this] { browser.pastePreset(); },
+                                                  [this] { browser.previousPreset(); }, [this] { browser.nextPreset(); } };
+
+        for (int i = 0; i < PresetBrowserButtons::numButtons; ++i)
+        {
+            const auto& entry = PresetBrowserButtons::buttons[i];
+            auto* button = toolButtons.add (new SkinImageButton (entry.name, entry.image));
+            setUp (*button, entry.tooltip, actions[i]);
+        }
+
         setUp (loadPresetButton, "Load preset", [this] { loadPreset(); });
         setUp (savePresetButton, "Save current preset", [this] { savePreset(); });
         setUp (loadBankButton, "Load preset bank", [this] { loadBank(); });
@@ -53,15 +60,20 @@ public:
         auto tools = area.removeFromTop (28);
         area.removeFromTop (6);
 
-        for (auto* b : { (juce::Component*) &addGroupButton, (juce::Component*) &removeGroupButton,
-                         (juce::Component*) &copyButton, (juce::Component*) &pasteButton })
+        // Legend keys from the left, the arrows in their order at the right end.
+        const auto isArrow = [] (int i) { return PresetBrowserButtons::buttons[i].face != PresetBrowserButtons::Face::Legend; };
+        const auto place = [this] (int i, juce::Rectangle<int> slot)
         {
-            b->setBounds (tools.removeFromLeft (76));
-            tools.removeFromLeft (4);
-        }
+            toolButtons[i]->setBounds (toolButtons[i]->getFrameBounds().withCentre (slot.getCentre()));
+        };
 
-        nextButton.setBounds (tools.removeFromRight (28).reduced (4));
-        previousButton.setBounds (tools.removeFromRight (28).reduced (4));
+        for (int i = 0; i < PresetBrowserButtons::numButtons; ++i)
+            if (! isArrow (i))
+                place (i, tools.removeFromLeft (toolButtons[i]->getFrameBounds().getWidth() + 4));
+
+        for (int i = PresetBrowserButtons::numButtons; --i >= 0;)
+            if (isArrow (i))
+                place (i, tools.removeFromRight (toolButtons[i]->getFrameBounds().getWidth() + 4));
 
         browser.setBounds (area.withTrimmedBottom (6));
     }
@@ -74,10 +86,12 @@ private:
         addAndMakeVisible (button);
     }
 
+    // Preset files and bank files each open where the last one of their kind was.
     void choose (const juce::String& title, const juce::String& extension, bool saving,
                  std::function<void (const juce::File&)> use)
     {
-        const auto folder = plugin.getLastBankFolder();
+        const auto folder = extension == plugin.getBankFileExtension() ? plugin.getLastBankFolder()
+                                                                       : plugin.getLastPresetFolder();
         chooser = std::make_unique<juce::FileChooser> (title, folder, "*" + extension);
 
         const int flags = juce::FileBrowserComponent::canSelectFiles
@@ -122,10 +136,7 @@ private:
                 [this] (const juce::File& f) { plugin.saveBankFile (f); });
     }
 
-    juce::TextButton addGroupButton { "Add Group" }, removeGroupButton { "Rem Group" },
-                     copyButton { "Copy" }, pasteButton { "Paste" };
-    juce::ArrowButton previousButton { "Up", 0.75, juce::Colour (0xffbef6ff) },
-                      nextButton { "Down", 0.25, juce::Colour (0xffbef6ff) };
+    juce::OwnedArray<SkinImageButton> toolButtons;
     juce::TextButton loadPresetButton { "Load" }, savePresetButton { "Save" },
                      loadBankButton { "Load" }, saveBankButton { "Save" };
     juce::Rectangle<int> presetRow, bankRow;

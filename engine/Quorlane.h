@@ -24,6 +24,7 @@ public:
 
 protected:
     std::unique_ptr<Core> createCore() override;
+    juce::StringArray getMixParameterCandidates() const override { return { "FX", "Wet Gain" }; }
 
 private:
     // "Decay Time" holds the estimate in seconds (its range, 0..1000, is read

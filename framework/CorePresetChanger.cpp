@@ -38,7 +38,7 @@ void CorePresetChanger::applyPendingPresetChange()
         const auto* parameter = effect.getPluginParameter (index);
         const float value = juce::jlimit (0.0f, 1.0f, values[i]);
 
-        if (parameter != nullptr && parameter->getNormalisedValue() != value)
+        if (parameter != nullptr && parameter->getNormalisedValue() != value && ! effect.keepsOnPresetChange ((int) i))
             core.setParameter (index, value);
     }
 

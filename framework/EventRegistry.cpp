@@ -54,9 +54,3 @@ int EventRegistry::getId (const juce::String& name) const
     const int i = names.indexOf (name);
     return i >= 0 ? ids[i] : unknownEvent;
 }
-
-juce::String EventRegistry::getName (int id) const
-{
-    const int i = ids.indexOf (id);
-    return i >= 0 ? names[i] : juce::String();
-}

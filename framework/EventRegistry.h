@@ -37,7 +37,6 @@ public:
     void add (const juce::String& name, int id);
 
     int getId (const juce::String& name) const;    // unknownEvent when absent
-    juce::String getName (int id) const;
     int size() const { return ids.size(); }
 
 private:

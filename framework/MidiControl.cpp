@@ -87,16 +87,40 @@ void MidiControl::setLearnMode (bool shouldLearn)
         if (learnMode == shouldLearn)
             return;
 
-        learnMode = shouldLearn;
-        learnParameter = nullptr;
-        learnController = -1;
+        switchLearnModeLocked (shouldLearn);
     }
 
+    tellLearnModeListeners (shouldLearn);
+}
+
+bool MidiControl::toggleLearnMode()
+{
+    bool isOn;
+
+    {
+        const juce::ScopedLock sl (lock);
+        isOn = ! learnMode;
+        switchLearnModeLocked (isOn);
+    }
+
+    tellLearnModeListeners (isOn);
+    return isOn;
+}
+
+void MidiControl::switchLearnModeLocked (bool shouldLearn)
+{
+    learnMode = shouldLearn;
+    learnParameter = nullptr;
+    learnController = -1;
+}
+
+void MidiControl::tellLearnModeListeners (bool isOn)
+{
     const juce::ScopedLock sl (listenerLock);
 
     for (int i = listeners.size(); --i >= 0;)
         if (auto* listener = listeners[i])
-            listener->midiLearnModeChanged (shouldLearn);
+            listener->midiLearnModeChanged (isOn);
 }
 
 bool MidiControl::isLearnMode() const

@@ -65,6 +65,9 @@ public:
     void handleMessage (const juce::MidiMessage& message);
 
     void setLearnMode (bool shouldLearn);
+    // Reads and flips the flag under one hold of the lock, so two toggles
+    // never collapse into one; returns the new state.
+    bool toggleLearnMode();
     bool isLearnMode() const;
     // The two halves of a binding; ignored outside learn mode, so the editor
     // may report every touch of a control.
@@ -106,6 +109,8 @@ public:
 
 private:
     void requestUpdate();
+    void switchLearnModeLocked (bool shouldLearn);
+    void tellLearnModeListeners (bool isOn);
     void learnCheck();
     void assignLocked (int controller, Parameter* parameter, bool notify);
     void handleAsyncUpdate() override;

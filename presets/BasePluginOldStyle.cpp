@@ -21,6 +21,11 @@ namespace
 
     bool isValidSlot (int index) { return index >= 0 && index < BasePluginOldStyle::numSlots; }
 
+    // Set while the manager itself shows a slot's name in the name parameter,
+    // so that the change is not taken for a rename (on this thread the current
+    // index may already have moved on).
+    thread_local bool showingPresetName = false;
+
     bool writeDocument (const juce::XmlElement& element, const juce::File& file)
     {
         juce::XmlElement::TextFormat format;
@@ -60,6 +65,11 @@ BasePluginOldStyle::~BasePluginOldStyle() = default;
 //==============================================================================
 void BasePluginOldStyle::initialisePresets()
 {
+    for (const auto& name : getMixParameterCandidates())
+        if (const auto* p = getParameterManager().findParameter (name))
+            if ((int) p->getIndex() >= firstPresetableIndex && (int) p->getIndex() < firstPresetableIndex + numPresetableParameters)
+                isMixParameter[p->getIndex() - (uint32_t) firstPresetableIndex] = true;
+
     if (auto element = parseXmlText (Resources::getText ("default" + getPresetFileExtension())))
     {
         auto record = getDefaultPreset();
@@ -123,7 +133,7 @@ void BasePluginOldStyle::applyCurrentPreset()
     if (! slot.has_value())
         return;
 
-    setParameterValues (slot->values);
+    setParameterValues (slot->values, isMixLocked());
     publishCurrentPreset (true);
     reportPresetApplied();
 }
@@ -132,7 +142,7 @@ void BasePluginOldStyle::applyCurrentPresetValues()
 {
     std::array<float, numPresetableParameters> values;
     readPresetValues ((int) (getCurrentPresetIndex() % numSlots), values);
-    setParameterValues (values);
+    setParameterValues (values, isMixLocked());
     presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), true);
     presetAppliedPending.store (true, std::memory_order_release);
 }
@@ -202,11 +212,12 @@ void BasePluginOldStyle::selectPresetFromProgramChange (int program)
     }
 }
 
-void BasePluginOldStyle::setParameterValues (const std::array<float, numPresetableParameters>& values)
+void BasePluginOldStyle::setParameterValues (const std::array<float, numPresetableParameters>& values, bool keepMix)
 {
     for (int i = 0; i < numPresetableParameters; ++i)
-        if (auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
-            p->setNormalisedValue (values[(size_t) i], true);
+        if (! (keepMix && isMixParameter[(size_t) i]))
+            if (auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
+                p->setNormalisedValue (values[(size_t) i], true);
 }
 
 std::array<float, BasePluginOldStyle::numPresetableParameters> BasePluginOldStyle::liveValues() const
@@ -223,6 +234,12 @@ std::array<float, BasePluginOldStyle::numPresetableParameters> BasePluginOldStyl
 void BasePluginOldStyle::publishCurrentPreset (bool notify)
 {
     presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), notify);
+    showCurrentPresetName (notify);
+}
+
+void BasePluginOldStyle::showCurrentPresetName (bool notify)
+{
+    const juce::ScopedValueSetter<bool> guard (showingPresetName, true);
     presetNameParameter->setText (getCurrentPresetName(), notify);
 }
 
@@ -284,16 +301,27 @@ std::optional<PresetRecord> BasePluginOldStyle::getSlot (int index) const
 
 void BasePluginOldStyle::renameSlot (int index, const juce::String& name)
 {
+    if (index == (int) getCurrentPresetIndex())
+        presetNameParameter->setText (name, true); // its change renames the slot
+    else
+        setSlotName (index, name);
+}
+
+void BasePluginOldStyle::setSlotName (int index, const juce::String& name)
+{
     if (! isValidSlot (index))
         return;
 
     {
         const juce::ScopedLock sl (slotLock);
-        bank.slots[(size_t) index].name = name;
-    }
+        auto& slotName = bank.slots[(size_t) index].name;
+        const auto fitted = PresetRecord::fitName (name);
 
-    if (index == (int) getCurrentPresetIndex())
-        presetNameParameter->setText (name, true);
+        if (slotName == fitted)
+            return;
+
+        slotName = fitted;
+    }
 
     reportBankChanged();
 }
@@ -316,17 +344,11 @@ void BasePluginOldStyle::storeSlot (int index)
 void BasePluginOldStyle::copyCurrentPreset()
 {
     const auto values = liveValues();
-    const auto name = getCurrentPresetName() + "_copy";
+    const auto name = PresetRecord::fitName (getCurrentPresetName() + "_copy");
 
     const juce::ScopedLock sl (slotLock);
     copyBuffer = { name, values };
     copyPresent = true;
-}
-
-bool BasePluginOldStyle::hasCopiedPreset() const
-{
-    const juce::ScopedLock sl (slotLock);
-    return copyPresent;
 }
 
 void BasePluginOldStyle::pasteCopiedPreset()
@@ -342,18 +364,9 @@ void BasePluginOldStyle::pasteCopiedPreset()
         copied = copyBuffer;
     }
 
-    const auto index = (int) getCurrentPresetIndex();
-    setParameterValues (copied.values);
-    const auto values = liveValues();
-
-    {
-        const juce::ScopedLock sl (slotLock);
-        bank.slots[(size_t) index].name = copied.name;
-        writeSlotValues (index, values);
-    }
-
-    presetNameParameter->setText (copied.name, true);
-    reportBankChanged();
+    setParameterValues (copied.values, false);
+    storeCurrentPreset();
+    renameSlot ((int) getCurrentPresetIndex(), copied.name);
     reportPresetApplied();
 }
 
@@ -387,7 +400,7 @@ void BasePluginOldStyle::installBank (const PresetBankRecord& newBank)
         bank.groups = newBank.groups;
     }
 
-    presetNameParameter->setText (getCurrentPresetName(), true);
+    showCurrentPresetName (true);
     reportBankChanged();
 }
 
@@ -533,7 +546,12 @@ bool BasePluginOldStyle::readBankElement (const juce::XmlElement& element)
 bool BasePluginOldStyle::loadPresetFile (const juce::File& file, int slot)
 {
     const auto element = parseXmlFile (file);
-    return element != nullptr && readPresetElement (*element, slot);
+
+    if (element == nullptr || ! readPresetElement (*element, slot))
+        return false;
+
+    lastPresetFolder = file.getParentDirectory();
+    return true;
 }
 
 bool BasePluginOldStyle::loadBankFile (const juce::File& file)
@@ -548,18 +566,25 @@ bool BasePluginOldStyle::loadBankFile (const juce::File& file)
     return true;
 }
 
-bool BasePluginOldStyle::savePresetFile (const juce::File& file, int slot) const
+bool BasePluginOldStyle::savePresetFile (const juce::File& file, int slot)
 {
     const auto element = createPresetElement (slot);
-    return element != nullptr && writeDocument (*element, file);
+
+    if (element == nullptr || ! writeDocument (*element, file))
+        return false;
+
+    lastPresetFolder = file.getParentDirectory();
+    return true;
 }
 
-bool BasePluginOldStyle::saveBankFile (const juce::File& file) const
+bool BasePluginOldStyle::saveBankFile (const juce::File& file)
 {
-    return writeDocument (*createBankElement(), file);
-}
+    if (! writeDocument (*createBankElement(), file))
+        return false;
 
-juce::File BasePluginOldStyle::getLastBankFolder() const { return lastBankFolder; }
+    lastBankFolder = file.getParentDirectory();
+    return true;
+}
 
 bool BasePluginOldStyle::loadFactoryBank()
 {
@@ -611,6 +636,24 @@ void BasePluginOldStyle::setChangingType (int type)
     saveUserSettings();
 }
 
+void BasePluginOldStyle::setMixLock (bool shouldLock)
+{
+    mixLock = shouldLock;
+    saveUserSettings();
+}
+
+juce::StringArray BasePluginOldStyle::getMixParameterNames() const
+{
+    juce::StringArray names;
+
+    for (int i = 0; i < numPresetableParameters; ++i)
+        if (isMixParameter[(size_t) i])
+            if (const auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
+                names.add (p->getName());
+
+    return names;
+}
+
 void BasePluginOldStyle::readUserSettings (const juce::XmlElement& settings)
 {
     BasePlugin::readUserSettings (settings);
@@ -652,6 +695,13 @@ void BasePluginOldStyle::readPresetSettings (const juce::XmlElement& settings)
             storeCurrentPreset();
         }
 
+        const auto lock = CaseInsensitiveXml::attribute (*presetSettings, "mixLock");
+
+        if (lock.equalsIgnoreCase ("on"))
+            mixLock = true;
+        else if (lock.equalsIgnoreCase ("off"))
+            mixLock = false;
+
         if (supportsSilentPresetChange())
         {
             const auto changing = CaseInsensitiveXml::attribute (*presetSettings, "changing");
@@ -679,12 +729,23 @@ void BasePluginOldStyle::writeUserSettings (juce::XmlElement& settings)
     auto& presetSettings = getOrCreateChild (settings, "PresetSettings");
     presetSettings.setAttribute ("storing", getStoringMode() == onDemandStoring ? "onDemand" : "automatic");
     presetSettings.setAttribute ("changing", getChangingType() == silentChange ? "silent" : "normal");
+    presetSettings.setAttribute ("mixLock", isMixLocked() ? "on" : "off");
 }
 
 //==============================================================================
 void BasePluginOldStyle::parameterChanged (Parameter& parameter)
 {
     BasePlugin::parameterChanged (parameter);
+
+    // The name display, the browser and paste all rename the current slot
+    // through its name parameter.
+    if (&parameter == presetNameParameter)
+    {
+        if (! showingPresetName)
+            setSlotName ((int) getCurrentPresetIndex(), parameter.getText());
+
+        return;
+    }
 
     // Automatic storing keeps the current slot in step with every edit; an
     // edit made in the audio callback is stored when the message thread polls.
@@ -740,13 +801,9 @@ void BasePluginOldStyle::readParametersState (const juce::XmlElement& element)
 {
     for (auto* param : element.getChildWithTagNameIterator ("param"))
     {
-        auto* p = getParameterManager().findParameter (param->getStringAttribute ("name"));
-
-        if (p == nullptr || (int) p->getIndex() < firstPresetableIndex
-            || (int) p->getIndex() >= firstPresetableIndex + numPresetableParameters)
-            continue;
-
-        p->setNormalisedValue ((float) param->getDoubleAttribute ("value", 0.0), true);
+        // Any parameter named here is set, presetable or not; unknown names are skipped.
+        if (auto* p = getParameterManager().findParameter (param->getStringAttribute ("name")))
+            p->setNormalisedValue ((float) param->getDoubleAttribute ("value", 0.0), true);
     }
 }
 
@@ -766,8 +823,8 @@ void BasePluginOldStyle::readPresetsState (const juce::XmlElement& element)
         if (PresetBank::accepts (*child))
             readBankElement (*child);
 
-    if (CaseInsensitiveXml::hasAttribute (element, "currentPreset"))
-        selectPreset (CaseInsensitiveXml::attribute (element, "currentPreset").getIntValue(), true);
+    // Taken as an integer: a missing or unreadable attribute selects slot 0.
+    selectPreset (CaseInsensitiveXml::attribute (element, "currentPreset").getIntValue(), true);
 }
 
 bool BasePluginOldStyle::restoreStateElement (const juce::XmlElement& element)

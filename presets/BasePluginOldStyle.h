@@ -33,7 +33,7 @@ public:
 
     static constexpr uint32_t currentPresetNumberIndex = 110000;
     static constexpr uint32_t currentPresetNameIndex = 110001;
-    static constexpr int presetNameLength = 32;
+    static constexpr int presetNameLength = PresetRecord::maxNameLength;
 
     // How the bank is filled when an instance starts.
     enum DefaultPresetsMode { factoryPresets = 0, clearPresets = 1, userDefinedPresets = 2 };
@@ -107,6 +107,9 @@ public:
 
     juce::String getSlotName (int index) const;      // "" for an invalid index
     std::optional<PresetRecord> getSlot (int index) const;
+    // Names are cut to PresetRecord::maxNameLength characters. The current
+    // slot is renamed through the "Current Preset Name" parameter, as the
+    // name display does, so the two always agree.
     void renameSlot (int index, const juce::String& name);
     void storeSlot (int index);                       // the live values, name kept
     void storeCurrentPreset() { storeSlot ((int) getCurrentPresetIndex()); }
@@ -115,7 +118,6 @@ public:
     // (only after a copy) sets the parameters, renames the current slot and
     // stores into it.
     void copyCurrentPreset();
-    bool hasCopiedPreset() const;
     void pasteCopiedPreset();
 
     // Every slot "Preset <n>" with the default preset's values, one group
@@ -144,11 +146,14 @@ public:
     juce::String getBankFileExtension() const;       // ".xxprsb"
 
     // A file that does not parse, or holds a refused element, loads nothing.
+    // Each file loaded or saved makes its folder the last-used one of its
+    // kind, where the file dialogs open next.
     bool loadPresetFile (const juce::File& file, int slot);
     bool loadBankFile (const juce::File& file);
-    bool savePresetFile (const juce::File& file, int slot) const;
-    bool saveBankFile (const juce::File& file) const;
-    juce::File getLastBankFolder() const;
+    bool savePresetFile (const juce::File& file, int slot);
+    bool saveBankFile (const juce::File& file);
+    juce::File getLastPresetFolder() const { return lastPresetFolder; }
+    juce::File getLastBankFolder() const { return lastBankFolder; }
 
     // The bank compiled into the plug-in ("default" + bank extension).
     bool loadFactoryBank();
@@ -170,6 +175,18 @@ public:
     void setDefaultPresetsFile (const juce::File& bankFile);
     void setStoringMode (int mode);   // automatic also stores the live values at once
     void setChangingType (int type);
+
+    // Mix lock: preset changes leave the product's mix parameters where they
+    // are, so a reverb on a send or an insert keeps its balance while its
+    // sound changes. Off by default. It applies wherever a preset's values
+    // are applied (normal or silent, from the editor, the browser, program
+    // changes); paste and storing are edits and copy every value.
+    bool isMixLocked() const noexcept { return mixLock.load(); }
+    // True for a parameter that preset changes leave alone while the mix is locked.
+    bool keepsOnPresetChange (int presetableIndex) const noexcept { return isMixLocked() && isMixParameter[(size_t) presetableIndex]; }
+    void setMixLock (bool shouldLock);
+    // The names of the parameters the lock keeps; none means no lock to offer.
+    juce::StringArray getMixParameterNames() const;
 
     // Whether the plug-in can change presets silently; only then is the
     // changing type read from the settings.
@@ -197,6 +214,9 @@ public:
 protected:
     void pollMessageThread() override;
 
+    // The presetable parameters that make up the mix; the base has none.
+    virtual juce::StringArray getMixParameterCandidates() const { return {}; }
+
     // Reads the default preset, fills the bank as the default-presets mode
     // says and applies the current preset. The effect base calls it once its
     // core exists and the user settings have been read.
@@ -214,7 +234,9 @@ private:
     void fillBankFromDefaults();
     void installBank (const PresetBankRecord& bank);
     void changeToCurrentPreset();
-    void setParameterValues (const std::array<float, numPresetableParameters>& values);
+    void setSlotName (int index, const juce::String& name);
+    void showCurrentPresetName (bool notify);
+    void setParameterValues (const std::array<float, numPresetableParameters>& values, bool keepMix);
     std::array<float, numPresetableParameters> liveValues() const;
     void publishCurrentPreset (bool notify);
     void reportPresetApplied();
@@ -238,8 +260,10 @@ private:
     std::atomic<int> defaultPresetsMode { factoryPresets };
     std::atomic<int> storingMode { onDemandStoring };
     std::atomic<int> changingType { normalChange };
+    std::atomic<bool> mixLock { false };
+    std::array<bool, numPresetableParameters> isMixParameter {};
     juce::String defaultPresetsFile;
-    juce::File lastBankFolder;
+    juce::File lastPresetFolder, lastBankFolder;
 
     // The slots' values again, each readable without a lock; written with
     // the slots, under slotLock.

@@ -26,7 +26,7 @@ bool Preset::read (const juce::XmlElement& element, PresetRecord& record,
     if (! accepts (element, application))
         return false;
 
-    record.name = CaseInsensitiveXml::attribute (element, "name", unnamed);
+    record.name = PresetRecord::fitName (CaseInsensitiveXml::attribute (element, "name", unnamed));
 
     for (auto* param : element.getChildIterator())
     {

@@ -16,7 +16,7 @@ namespace Preset
     bool accepts (const juce::XmlElement& element, const juce::String& application);
 
     // Reads an accepted element into the record: its name ("unnamed" when
-    // absent) and the values of the presetable parameters it names. Values it
+    // absent, cut to the longest a slot keeps) and the values of the presetable parameters it names. Values it
     // does not mention stay as they were; a value is clamped to 0..1 (NaN
     // reads as 0). Returns false, changing nothing, for an element it refuses.
     bool read (const juce::XmlElement& element, PresetRecord& record,

@@ -1,7 +1,8 @@
-#include "editor/OldStylePresetsBrowser.h"
-#include "engine/Quorlane.h"
+#include "EditorTestSupport.h"
 
-#include <gtest/gtest.h>
+#include "editor/OldStylePresetBrowserWindow.h"
+#include "editor/PresetBrowserButtons.h"
+#include "editor/SkinImageButton.h"
 
 namespace
 {
@@ -69,4 +70,35 @@ TEST (PresetBrowser, ColumnsShowTheChosenGroupsSlots)
     plugin.selectPreset (0, true);
     browser.previousPreset();
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 0u);
+}
+
+TEST (PresetBrowser, ToolButtonsAreKeysDrawnFromOurArt)
+{
+    Quorlane plugin;
+    OldStylePresetBrowserWindow window (plugin, [] {});
+    std::vector<SkinImageButton*> keys;
+
+    for (auto* child : window.getContentComponent()->getChildren())
+        if (auto* key = dynamic_cast<SkinImageButton*> (child))
+            keys.push_back (key);
+
+    ASSERT_EQ ((int) keys.size(), PresetBrowserButtons::numButtons);
+
+    for (int i = 0; i < PresetBrowserButtons::numButtons; ++i)
+    {
+        const auto& entry = PresetBrowserButtons::buttons[i];
+        auto& key = *keys[(size_t) i];
+        EXPECT_EQ (key.getName(), entry.name);
+        EXPECT_EQ (key.getTooltip(), entry.tooltip);
+        ASSERT_TRUE (key.getImage().isValid()) << entry.image;
+        EXPECT_TRUE (key.getImage().hasDoubleResolution()) << entry.image << " has a twin of twice its size";
+        EXPECT_EQ (key.getImage().getHeight(), 2 * PresetBrowserButtons::keyHeight) << "two frames: at rest, pressed";
+        EXPECT_EQ (key.getBounds().getWidth(), key.getFrameBounds().getWidth());
+        EXPECT_TRUE (window.getContentComponent()->getLocalBounds().contains (key.getBounds())) << entry.name;
+        EXPECT_GT (key.getImage().getImage().getPixelAt (key.getImage().getWidth() / 2, PresetBrowserButtons::keyHeight / 2).getAlpha(), 0);
+    }
+
+    keys[5]->triggerClick();
+    EditorTest::pumpMessages();
+    EXPECT_EQ (plugin.getCurrentPresetIndex(), 1u) << "\"Down\" steps to the next preset";
 }

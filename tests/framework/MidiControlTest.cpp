@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace
 {
     struct RecordingListener : MidiControl::Listener
@@ -128,6 +130,32 @@ TEST_F (MidiControlTest, SwitchingLearnModeOffAndOnClearsAHalfChoice)
     move (31, 10);
     control.learnFromParameter (param ("FX"));
     EXPECT_EQ (control.getMappedCount(), 0) << "nothing is learnt outside learn mode";
+}
+
+TEST_F (MidiControlTest, TogglingReadsAndFlipsInOneStepSoNoToggleIsLost)
+{
+    control.setLearnMode (true);
+    control.learnFromParameter (param ("FX"));
+    EXPECT_FALSE (control.toggleLearnMode());
+    EXPECT_TRUE (control.toggleLearnMode());
+    EXPECT_EQ (control.getLearnParameter(), nullptr) << "a toggle clears a half choice like a switch does";
+
+    struct Counter : MidiControl::Listener
+    {
+        void midiLearnModeChanged (bool) override { ++switches; }
+        std::atomic<int> switches { 0 };
+    } counter;
+
+    control.addListener (&counter);
+    constexpr int togglesPerThread = 20000;
+    const auto toggle = [this] { for (int i = 0; i < togglesPerThread; ++i) control.toggleLearnMode(); };
+    std::thread first (toggle), second (toggle);
+    first.join();
+    second.join();
+    control.removeListener (&counter);
+
+    EXPECT_EQ (counter.switches.load(), 2 * togglesPerThread) << "every toggle switched the mode once";
+    EXPECT_TRUE (control.isLearnMode()) << "an even number of toggles from on ends on";
 }
 
 TEST_F (MidiControlTest, ListenersHearLearnModeAtOnceAndTheRestOnTheMessageThread)

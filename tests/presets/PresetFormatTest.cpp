@@ -1,6 +1,5 @@
-// The preset, bank and non-presetable elements as documents: what is written,
+// The preset and bank elements as documents: what is written,
 // what is accepted, and what a read leaves in place.
-#include "presets/NotPresetableParams.h"
 #include "presets/Preset.h"
 #include "presets/PresetBank.h"
 #include "framework/ParameterManager.h"
@@ -137,19 +136,4 @@ TEST_F (PresetFormat, PresetsBeyondTheLastSlotAreDroppedAndNoGroupIsAdded)
 
     EXPECT_FALSE (PresetBank::read (*xml ("<Preset application='Quorlane'/>"), bank, defaults, parameters, "Quorlane"));
     EXPECT_EQ (bank.name, "Big");
-}
-
-TEST_F (PresetFormat, NotPresetableParamsCarryTheInternalParametersOnly)
-{
-    parameters.findParameter ("Quality")->setNormalisedValue (0.6666667f, false);
-    const auto element = NotPresetableParams::write (parameters, 20, 2);
-    ASSERT_EQ (element->getNumChildElements(), 2);
-    EXPECT_EQ (element->getChildElement (0)->getStringAttribute ("name"), "Quality");
-    EXPECT_EQ (element->getChildElement (0)->getStringAttribute ("value"), "0.666667");
-
-    ASSERT_TRUE (NotPresetableParams::read (*xml ("<NotPresetParams><param name='Quality' value='0.25'/>"
-                                                  "<param name='FX' value='0.9'/></NotPresetParams>"),
-                                            parameters, 20, 2));
-    EXPECT_EQ (parameters.findParameter ("Quality")->getNormalisedValue(), 0.25f);
-    EXPECT_EQ (parameters.findParameter ("FX")->getNormalisedValue(), 0.5f) << "presetable parameters are not its business";
 }

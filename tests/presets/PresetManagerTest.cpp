@@ -95,7 +95,6 @@ TEST (PresetManager, CopyPasteStoreAndRenameEditOnlyTheCurrentSlot)
     const auto hall = plugin.getSlot (25)->values;
 
     plugin.pasteCopiedPreset();
-    EXPECT_FALSE (plugin.hasCopiedPreset());
     EXPECT_EQ (plugin.getSlotName (25), "Concert hall") << "paste before any copy does nothing";
 
     plugin.copyCurrentPreset();
@@ -125,6 +124,71 @@ TEST (PresetManager, CopyPasteStoreAndRenameEditOnlyTheCurrentSlot)
     EXPECT_EQ (plugin.getSlot (0)->values, plugin.getDefaultPreset().values);
     ASSERT_EQ (plugin.getGroups().size(), 1u);
     EXPECT_EQ (plugin.getGroups()[0].count, 128);
+}
+
+TEST (PresetManager, EveryRenameCutsNamesByOneRuleSoSlotAndNameParameterAgree)
+{
+    Quorlane plugin;
+    const juce::String ascii33 = "Thirty-three characters long, ok!";
+    const auto multiByte = juce::String::fromUTF8 ("Gro\xc3\x9f""e Halle \xc3\xbc""ber dem Flu\xc3\x9f""ufer \xe2\x80\x93 Nachhall");
+    ASSERT_EQ (ascii33.length(), 33);
+    ASSERT_GT (multiByte.length(), 32);
+    ASSERT_GT (multiByte.substring (0, 32).getNumBytesAsUTF8(), (size_t) 32) << "cut by characters, not bytes";
+
+    plugin.changeToPreset (5);
+    auto& nameParameter = *plugin.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex);
+
+    // The name display commits into the parameter; the slot follows it.
+    nameParameter.setText (ascii33, true);
+    EXPECT_EQ (plugin.getSlotName (5), ascii33.substring (0, 32));
+
+    for (const auto& name : { ascii33, multiByte })
+    {
+        plugin.renameSlot (5, name);
+        EXPECT_EQ (plugin.getSlotName (5), name.substring (0, 32));
+        EXPECT_EQ (presetNameParameter (plugin), plugin.getSlotName (5));
+
+        plugin.renameSlot (6, name);
+        EXPECT_EQ (plugin.getSlotName (6), name.substring (0, 32)) << "a slot that is not current is cut alike";
+    }
+
+    plugin.copyCurrentPreset();
+    plugin.changeToPreset (7);
+    plugin.pasteCopiedPreset();
+    EXPECT_EQ (plugin.getSlotName (7), multiByte.substring (0, 32));
+    EXPECT_EQ (presetNameParameter (plugin), plugin.getSlotName (7));
+
+    const juce::TemporaryFile presetFile (".qlprs");
+    ASSERT_TRUE (presetFile.getFile().replaceWithText ("<Preset application='Quorlane' name='" + ascii33 + "'/>"));
+    ASSERT_TRUE (plugin.loadPresetFile (presetFile.getFile(), 7));
+    EXPECT_EQ (plugin.getSlotName (7), ascii33.substring (0, 32));
+    EXPECT_EQ (presetNameParameter (plugin), plugin.getSlotName (7));
+}
+
+TEST (PresetManager, PresetAndBankFilesEachKeepTheirOwnLastFolder)
+{
+    const auto root = juce::File::getSpecialLocation (juce::File::tempDirectory).getNonexistentChildFile ("quorlane-folders", {}, false);
+    const auto presets = root.getChildFile ("presets"), banks = root.getChildFile ("banks"), more = root.getChildFile ("more");
+    for (const auto& folder : { presets, banks, more })
+        ASSERT_TRUE (folder.createDirectory());
+
+    Quorlane plugin;
+    ASSERT_TRUE (plugin.savePresetFile (presets.getChildFile ("a.qlprs"), 0));
+    EXPECT_EQ (plugin.getLastPresetFolder(), presets);
+    EXPECT_EQ (plugin.getLastBankFolder(), juce::File());
+
+    ASSERT_TRUE (plugin.saveBankFile (banks.getChildFile ("b.qlprsb")));
+    EXPECT_EQ (plugin.getLastBankFolder(), banks);
+    EXPECT_EQ (plugin.getLastPresetFolder(), presets);
+
+    ASSERT_TRUE (presets.getChildFile ("a.qlprs").copyFileTo (more.getChildFile ("c.qlprs")));
+    ASSERT_TRUE (plugin.loadPresetFile (more.getChildFile ("c.qlprs"), 3));
+    EXPECT_EQ (plugin.getLastPresetFolder(), more);
+    EXPECT_EQ (plugin.getLastBankFolder(), banks);
+
+    EXPECT_FALSE (plugin.loadBankFile (more.getChildFile ("c.qlprs")));
+    EXPECT_EQ (plugin.getLastBankFolder(), banks) << "a file that does not load leaves the folder";
+    root.deleteRecursively();
 }
 
 TEST (PresetManager, AutomaticStoringKeepsTheCurrentSlotInStep)
@@ -319,4 +383,25 @@ TEST (PresetManager, TheProjectStateKeepsTheCurrentPresetAndTheWholeBank)
     restored.setStateInformation (block.getData(), (int) block.getSize());
     EXPECT_EQ (restored.getCurrentPresetIndex(), 9u);
     EXPECT_EQ (restored.getSlotName (4), "Again");
+
+    // Without currentPreset the attribute reads as the integer 0.
+    edited->getChildByName ("PresetsState")->removeAttribute ("currentPreset");
+    juce::AudioProcessor::copyXmlToBinary (*edited, block);
+    restored.setStateInformation (block.getData(), (int) block.getSize());
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 0u);
+    EXPECT_EQ (presetNameParameter (restored), "Cristal Cave [d/w]");
+}
+
+TEST (PresetManager, TheProjectsParametersStateSetsEveryParameterItNames)
+{
+    Quorlane plugin;
+    const auto state = juce::parseXML ("<PluginState application='Quorlane'><ParametersState>"
+                                       "<param name='FX' value='0.25'/><param name='Quality' value='1'/>"
+                                       "<param name='No Such Knob' value='1'/></ParametersState></PluginState>");
+    juce::MemoryBlock chunk;
+    juce::AudioProcessor::copyXmlToBinary (*state, chunk);
+    plugin.setStateInformation (chunk.getData(), (int) chunk.getSize());
+
+    EXPECT_EQ (plugin.getPluginParameter (18)->getNormalisedValue(), 0.25f);
+    EXPECT_EQ (plugin.getCurrentQualityStep(), 3) << "a parameter beyond the presetable ones is set too";
 }

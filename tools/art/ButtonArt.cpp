@@ -97,12 +97,16 @@ namespace
         path.setUsingNonZeroWinding (false);
         return path;
     }
-    juce::Path arrow (juce::Rectangle<float> area, bool pointsRight)
+    // A small triangle pointing right, turned a quarter at a time for the other faces.
+    juce::Path arrow (juce::Rectangle<float> area, SkinLayout::Face face)
     {
+        using SkinLayout::Face;
         const auto c = area.getCentre();
-        const float w = 3.0f, h = 4.0f, tip = pointsRight ? w : -w;
+        const float w = 3.0f, h = 4.0f;
+        const float quarterTurns = face == Face::DownArrow ? 1.0f : face == Face::LeftArrow ? 2.0f : face == Face::UpArrow ? 3.0f : 0.0f;
         juce::Path path;
-        path.addTriangle (c.x - tip, c.y - h, c.x - tip, c.y + h, c.x + tip, c.y);
+        path.addTriangle (c.x - w, c.y - h, c.x - w, c.y + h, c.x + w, c.y);
+        path.applyTransform (juce::AffineTransform::rotation (quarterTurns * juce::MathConstants<float>::halfPi, c.x, c.y));
         return path;
     }
 
@@ -138,7 +142,9 @@ juce::Image ButtonArt::drawStrip (const SkinLayout::Control& button, float scale
 
         case Face::LeftArrow:
         case Face::RightArrow:
-            return drawKeyStrip (strip, scale, [&] (juce::Rectangle<float> area) { return arrow (area, button.face == Face::RightArrow); });
+        case Face::UpArrow:
+        case Face::DownArrow:
+            return drawKeyStrip (strip, scale, [&] (juce::Rectangle<float> area) { return arrow (area, button.face); });
 
         case Face::Gear:
             return drawKeyStrip (strip, scale, [&] (juce::Rectangle<float> area)

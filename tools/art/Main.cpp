@@ -1,3 +1,4 @@
+#include "BrowserArt.h"
 #include "PanelArt.h"
 #include "SkinDocument.h"
 
@@ -74,8 +75,14 @@ int main (int argc, char* argv[])
 
     // Every image once as the skin names it and once at double resolution,
     // drawn afresh at that size rather than enlarged.
-    const auto art = drawPanelArt (1.0f);
-    const auto doubled = drawPanelArt ((float) DoubleResolution::factor);
+    auto art = drawPanelArt (1.0f);
+    auto doubled = drawPanelArt ((float) DoubleResolution::factor);
+
+    for (auto* set : { &art, &doubled })
+    {
+        const auto browser = drawBrowserArt (set == &art ? 1.0f : (float) DoubleResolution::factor);
+        set->insert (set->end(), browser.begin(), browser.end());
+    }
 
     for (const auto* set : { &art, &doubled })
         for (const auto& file : *set)

@@ -14,7 +14,7 @@ namespace SkinLayout
     enum class Kind { Knob, Button, Display, DisplayFloat, Animation };
 
     // What a button's key shows: its legend, an arrow, the options gear or the product's name.
-    enum class Face { Legend, LeftArrow, RightArrow, Gear, Wordmark };
+    enum class Face { Legend, LeftArrow, RightArrow, UpArrow, DownArrow, Gear, Wordmark };
 
     // One film strip (or font strip) and the frame size the controls show.
     struct Strip

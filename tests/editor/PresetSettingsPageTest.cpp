@@ -1,0 +1,77 @@
+// The "Presets" page of the options: what its buttons and path field set in
+// the preset manager, and what it shows of the manager's choices.
+#include "EditorTestSupport.h"
+
+#include "editor/BasePluginEditorOldStyle.h"
+#include "tests/support/ScopedConfigHome.h"
+
+using Page = BasePluginEditorOldStyle::PresetsSettingsComponent;
+
+namespace
+{
+    // Which button of each group is on: default presets, storing, changing.
+    std::array<int, 3> shownChoices (Page& page)
+    {
+        std::array<int, 3> chosen { -1, -1, -1 };
+        const int sizes[] = { 3, 2, 2 };
+
+        for (int g = 0; g < 3; ++g)
+            for (int i = 0; i < sizes[g]; ++i)
+                if (page.getButton (g, i).getToggleState())
+                    chosen[(size_t) g] = chosen[(size_t) g] < 0 ? i : 99;
+
+        return chosen;
+    }
+
+    void click (juce::Button& button)
+    {
+        button.triggerClick();
+        EditorTest::pumpMessages();
+    }
+}
+
+TEST (PresetSettingsPage, ButtonsAndPathSetTheManagerAndTheSettingsFile)
+{
+    ScopedConfigHome home;
+    Quorlane plugin;
+    Page page (plugin);
+    page.setSize (600, 260);
+    EXPECT_EQ (shownChoices (page), (std::array<int, 3> { 0, 1, 0 }));
+
+    plugin.changeToPreset (4);
+    plugin.getPluginParameter (2)->setNormalisedValue (0.125f, true);
+    click (page.getButton (1, 0));
+    EXPECT_EQ (plugin.getStoringMode(), BasePluginOldStyle::automaticStoring);
+    EXPECT_EQ (plugin.getSlot (4)->values[2], 0.125f) << "choosing automatic stores at once";
+
+    click (page.getButton (2, 1));
+    EXPECT_EQ (plugin.getChangingType(), BasePluginOldStyle::silentChange);
+
+    const auto bank = home.getFolder().getChildFile ("mine.qlprsb");
+    click (page.getButton (0, 2));
+    page.getPathField().setText (bank.getFullPathName());
+    page.getPathField().onReturnKey();
+    EXPECT_EQ (plugin.getDefaultPresetsMode(), BasePluginOldStyle::userDefinedPresets);
+    EXPECT_EQ (plugin.getDefaultPresetsFile(), bank);
+    EXPECT_EQ (shownChoices (page), (std::array<int, 3> { 2, 0, 1 }));
+
+    ASSERT_TRUE (page.getMixLockButton().isVisible());
+    EXPECT_EQ (page.getMixLockButton().getButtonText(), "Mix lock: keep Wet Gain and FX when the preset changes");
+    click (page.getMixLockButton());
+    EXPECT_TRUE (plugin.isMixLocked());
+
+    const auto saved = juce::parseXML (home.settingsFile());
+    ASSERT_NE (saved, nullptr);
+    EXPECT_EQ (saved->getChildByName ("PresetSettings")->getStringAttribute ("changing"), "silent");
+    EXPECT_EQ (saved->getChildByName ("PresetSettings")->getStringAttribute ("mixLock"), "on");
+    EXPECT_EQ (saved->getChildByName ("ResourcesSettings")->getChildByName ("Presets")->getStringAttribute ("file"),
+               bank.getFullPathName());
+
+    // Opening the page again shows what the manager holds now.
+    plugin.setDefaultPresetsMode (BasePluginOldStyle::clearPresets);
+    plugin.setStoringMode (BasePluginOldStyle::onDemandStoring);
+    plugin.setMixLock (false);
+    page.refresh();
+    EXPECT_EQ (shownChoices (page), (std::array<int, 3> { 1, 1, 1 }));
+    EXPECT_FALSE (page.getMixLockButton().getToggleState());
+}

@@ -1,0 +1,127 @@
+// The mix lock: preset changes keep "FX" and "Wet Gain" on every path that
+// changes presets, normal and silent; the project keeps the result and the
+// user settings keep the option.
+#include "editor/OldStylePresetsBrowser.h"
+#include "engine/Quorlane.h"
+#include "tests/support/ScopedConfigHome.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+    constexpr uint32_t wetGain = 17, fx = 18;
+    constexpr float myWetGain = 0.71234f, myFx = 0.91234f;
+    constexpr int blockSize = 512;
+
+    void processBlocks (Quorlane& plugin, int numBlocks, juce::MidiBuffer midi = {})
+    {
+        juce::AudioBuffer<float> buffer (2, blockSize);
+
+        for (int block = 0; block < numBlocks; ++block)
+        {
+            buffer.clear();
+            plugin.processBlock (buffer, midi);
+            midi.clear();
+        }
+    }
+
+    struct Path
+    {
+        const char* name;
+        int target;     // the slot the path changes to, from slot 0
+        std::function<void (Quorlane&)> change;
+    };
+
+    const std::vector<Path>& paths()
+    {
+        static const std::vector<Path> all {
+            { "browser", 30, [] (Quorlane& plugin)
+                {
+                    OldStylePresetsBrowser browser (plugin);
+                    browser.chooseGroup (1);
+                    auto& column = dynamic_cast<OldStylePresetsBrowser::PresetListColumn&> (*browser.getColumn (1));
+                    column.itemChosen (30 - plugin.getFirstSlotOfGroup (1));
+                } },
+            { "arrow", 1, [] (Quorlane& plugin) { plugin.handleEvent (EventRegistry::selectNextPreset); } },
+            { "program change", 40, [] (Quorlane& plugin)
+                {
+                    juce::MidiBuffer midi;
+                    midi.addEvent (juce::MidiMessage::programChange (1, 40), 10);
+                    processBlocks (plugin, 1, midi);
+                } },
+        };
+        return all;
+    }
+
+    // The live values after a change, with the mix set by hand first.
+    std::array<float, 20> changeWithMyMix (const Path& path, int changingType, bool locked)
+    {
+        Quorlane plugin;
+        plugin.setChangingType (changingType);
+        plugin.setMixLock (locked);
+        plugin.setPlayConfigDetails (2, 2, 48000.0, blockSize);
+        plugin.prepareToPlay (48000.0, blockSize);
+        plugin.getPluginParameter (wetGain)->setNormalisedValue (myWetGain, true);
+        plugin.getPluginParameter (fx)->setNormalisedValue (myFx, true);
+
+        path.change (plugin);
+        processBlocks (plugin, 40); // past a silent change's quiet point
+
+        std::array<float, 20> live {};
+        for (uint32_t i = 0; i < 20; ++i)
+            live[i] = plugin.getPluginParameter (i)->getNormalisedValue();
+
+        EXPECT_EQ (plugin.getCurrentPresetIndex(), (unsigned) path.target) << path.name;
+        return live;
+    }
+}
+
+TEST (MixLock, EveryPresetChangeKeepsTheMixWhenLocked)
+{
+    ScopedConfigHome home;
+    Quorlane reference;
+
+    for (const auto& path : paths())
+    {
+        auto expected = reference.getSlot (path.target)->values;
+        ASSERT_NE (expected[wetGain], myWetGain);
+        ASSERT_NE (expected[fx], myFx);
+
+        for (const int type : { BasePluginOldStyle::normalChange, BasePluginOldStyle::silentChange })
+        {
+            const auto kind = juce::String (path.name) + (type == BasePluginOldStyle::silentChange ? ", silent" : ", normal");
+            EXPECT_EQ (changeWithMyMix (path, type, false), expected) << kind << ": unlocked, the preset brings its mix";
+
+            auto withMyMix = expected;
+            withMyMix[wetGain] = myWetGain;
+            withMyMix[fx] = myFx;
+            EXPECT_EQ (changeWithMyMix (path, type, true), withMyMix) << kind << ": locked, the mix stays";
+        }
+    }
+}
+
+TEST (MixLock, TheOptionIsKeptAndTheProjectKeepsItsEffect)
+{
+    ScopedConfigHome home;
+    juce::MemoryBlock chunk;
+
+    {
+        Quorlane plugin;
+        EXPECT_FALSE (plugin.isMixLocked()) << "off by default";
+        EXPECT_EQ (plugin.getMixParameterNames(), juce::StringArray ({ "Wet Gain", "FX" }));
+        plugin.setMixLock (true);
+        plugin.getPluginParameter (fx)->setNormalisedValue (myFx, true);
+        plugin.changeToPreset (12);
+        plugin.getStateInformation (chunk);
+    }
+
+    Quorlane restored;
+    EXPECT_TRUE (restored.isMixLocked()) << "read back from the user settings";
+    restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 12u);
+    EXPECT_EQ (restored.getPluginParameter (fx)->getNormalisedValue(), myFx);
+    EXPECT_EQ (restored.getPluginParameter (0)->getNormalisedValue(), restored.getSlot (12)->values[0]);
+
+    restored.setMixLock (false);
+    EXPECT_FALSE (Quorlane().isMixLocked());
+}
