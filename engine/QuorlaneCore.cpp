@@ -618,7 +618,7 @@ void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
 // preset fade runs and each smoother sits on its fixed point.
 bool QuorlaneCore::mixersStill() const noexcept
 {
-    if (fadeActive)
+    if (fade.isActive())
         return false;
 
     for (const auto* s : { &crossFadeMix, &wetMix, &dryWetMix, &volumeMix })
