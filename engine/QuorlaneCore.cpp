@@ -581,7 +581,8 @@ void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
             for (int n = 0; n < blockSize; ++n)
             {
                 const double x = earlyOut[c][n] + (work[c][n] - earlyOut[c][n]) * crossFade;
-                io[n] = (double) (float) (((wet * x - io[n]) * fx + io[n]) * volume + 1e-20);
+                const double out = ((wet * x - io[n]) * fx + io[n]) * volume + 1e-20;
+                io[n] = (double) (float) std::clamp (out, -floatMax, floatMax);
             }
         }
 
