@@ -1,5 +1,6 @@
 #include "BasePluginEditorOldStyle.h"
 
+#include "DialogFolder.h"
 #include "OldStylePresetBrowserWindow.h"
 
 BasePluginEditorOldStyle::BasePluginEditorOldStyle (BasePluginOldStyle& p)
@@ -39,7 +40,7 @@ void BasePluginEditorOldStyle::saveCurrentPresetAs()
     const auto extension = presets.getPresetFileExtension();
 
     chooser = std::make_unique<juce::FileChooser> ("Save current settings as preset",
-                                                   presets.getLastPresetFolder().getChildFile (presets.getCurrentPresetName() + extension),
+                                                   dialogFolder (presets.getLastPresetFolder()).getChildFile (presets.getCurrentPresetName() + extension),
                                                    "*" + extension);
     chooser->launchAsync (juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
                               | juce::FileBrowserComponent::warnAboutOverwriting,

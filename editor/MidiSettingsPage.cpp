@@ -1,5 +1,6 @@
 #include "MidiSettingsPage.h"
 
+#include "DialogFolder.h"
 #include "OptionsPanel.h"
 
 MidiSettingsPage::MidiSettingsPage (MidiControl& m, ParameterManager& parameters)
@@ -94,7 +95,7 @@ void MidiSettingsPage::chooseParameterFor (int controller)
 
 void MidiSettingsPage::loadMap()
 {
-    chooser = std::make_unique<juce::FileChooser> (MidiControl::openDialogTitle, juce::File(), MidiControl::fileWildcard);
+    chooser = std::make_unique<juce::FileChooser> (MidiControl::openDialogTitle, dialogFolder (midi.getLastFolder()), MidiControl::fileWildcard);
     chooser->launchAsync (juce::FileBrowserComponent::openMode | juce::FileBrowserComponent::canSelectFiles,
                           [this] (const juce::FileChooser& fc)
     {
@@ -105,7 +106,7 @@ void MidiSettingsPage::loadMap()
 
 void MidiSettingsPage::saveMap()
 {
-    chooser = std::make_unique<juce::FileChooser> (MidiControl::saveDialogTitle, juce::File(), MidiControl::fileWildcard);
+    chooser = std::make_unique<juce::FileChooser> (MidiControl::saveDialogTitle, dialogFolder (midi.getLastFolder()), MidiControl::fileWildcard);
     chooser->launchAsync (juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
                               | juce::FileBrowserComponent::warnAboutOverwriting,
                           [this] (const juce::FileChooser& fc)

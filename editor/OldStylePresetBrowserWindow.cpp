@@ -1,5 +1,6 @@
 #include "OldStylePresetBrowserWindow.h"
 
+#include "DialogFolder.h"
 #include "OptionsPanel.h"
 #include "PresetBrowserButtons.h"
 #include "SkinImageButton.h"
@@ -92,7 +93,7 @@ private:
     {
         const auto folder = extension == plugin.getBankFileExtension() ? plugin.getLastBankFolder()
                                                                        : plugin.getLastPresetFolder();
-        chooser = std::make_unique<juce::FileChooser> (title, folder, "*" + extension);
+        chooser = std::make_unique<juce::FileChooser> (title, dialogFolder (folder), "*" + extension);
 
         const int flags = juce::FileBrowserComponent::canSelectFiles
                         | (saving ? juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::warnAboutOverwriting

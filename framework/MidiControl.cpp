@@ -331,17 +331,23 @@ bool MidiControl::loadFile (const juce::File& file)
         return false;
 
     readMap (*map);
+    lastFolder = file.getParentDirectory();
     return true;
 }
 
-bool MidiControl::saveFile (const juce::File& file) const
+bool MidiControl::saveFile (const juce::File& file)
 {
     auto map = writeMap (file.getFileNameWithoutExtension());
     map->setAttribute ("application", applicationName());
 
     juce::XmlElement::TextFormat format;
     format.customEncoding = "UTF-8";
-    return map->writeTo (file, format);
+
+    if (! map->writeTo (file, format))
+        return false;
+
+    lastFolder = file.getParentDirectory();
+    return true;
 }
 
 //==============================================================================

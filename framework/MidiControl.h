@@ -97,8 +97,10 @@ public:
 
     // For the editor's open/save dialogs. Loading refuses a file that is not
     // a map of this plug-in and then changes nothing; both return success.
+    // The folder of the last file read or written is where the dialogs open next.
     bool loadFile (const juce::File& file);
-    bool saveFile (const juce::File& file) const;
+    bool saveFile (const juce::File& file);
+    juce::File getLastFolder() const { return lastFolder; }
 
     void addListener (Listener* listener);
     void removeListener (Listener* listener);
@@ -127,6 +129,7 @@ private:
     std::atomic<Parameter*> lastMoved { nullptr };
     std::atomic<int> pendingLearnController { -1 };
     juce::CriticalSection lock;
+    juce::File lastFolder;
 
     // Separate from the map's lock so that a listener's work never holds up
     // the audio thread.

@@ -1,3 +1,4 @@
+#include "editor/DialogFolder.h"
 #include "framework/MidiControl.h"
 
 #include <gtest/gtest.h>
@@ -207,6 +208,9 @@ TEST_F (MidiControlTest, AWrittenMapReadsBackToTheSameSlotsAndFilesBelongToThePl
     fromMap.readMap (*written);
     ASSERT_TRUE (fromFile.loadFile (temp.getFile()));
 
+    EXPECT_EQ (dialogFolder (fromFile.getLastFolder()), temp.getFile().getParentDirectory());
+    EXPECT_EQ (dialogFolder (control.getLastFolder()), temp.getFile().getParentDirectory());
+
     for (auto* other : { &fromMap, &fromFile })
     {
         EXPECT_FALSE (other->isLearnMode());
@@ -219,6 +223,12 @@ TEST_F (MidiControlTest, AWrittenMapReadsBackToTheSameSlotsAndFilesBelongToThePl
     EXPECT_FALSE (foreign.loadFile (temp.getFile()));
     EXPECT_FALSE (foreign.loadFile (temp.getFile().getSiblingFile ("missing.qlmidi")));
     EXPECT_EQ (foreign.getParameterAt (1), &param ("FX")) << "a refused file changes nothing";
+
+    // Before any map file, or once its folder is gone, the dialogs open among the user's documents.
+    const auto documents = juce::File::getSpecialLocation (juce::File::userDocumentsDirectory);
+    const auto start = documents.isDirectory() ? documents : juce::File::getSpecialLocation (juce::File::userHomeDirectory);
+    EXPECT_EQ (dialogFolder (foreign.getLastFolder()), start);
+    EXPECT_EQ (dialogFolder (temp.getFile().getSiblingFile ("gone").getChildFile ("deeper")), start);
 }
 
 TEST_F (MidiControlTest, ReadingSkipsWhatCannotBeBound)
