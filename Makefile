@@ -15,7 +15,7 @@ DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modu
 
 ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
 
-.PHONY: all deps debug release test fuzz demo install bench art clean windows windows-test sanitize fuzz-long
+.PHONY: all deps debug release test fuzz demo install bench art clean windows windows-test windows-bench sanitize fuzz-long
 
 all: release
 
@@ -130,7 +130,7 @@ WINDOWS_PACKAGES := g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mi
 	wine wine64 zip xvfb xauth
 
 $(WINDOWS_DIR)/build.ninja: | deps
-	cmake -S . -B $(WINDOWS_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUORLANE_BUILD_BENCHMARKS=OFF \
+	cmake -S . -B $(WINDOWS_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release \
 		-DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake
 
 windows: DEBIAN_PACKAGES += $(WINDOWS_PACKAGES)
@@ -144,6 +144,16 @@ windows-test: DEBIAN_PACKAGES += $(WINDOWS_PACKAGES)
 windows-test: windows
 	cmake --build $(WINDOWS_DIR) -j $(JOBS)
 	tools/windows/run-tests.sh $(WINDOWS_DIR)
+
+# The same benchmarks in the Linux release build and in the Windows build under
+# Wine, one after the other, with the Windows build's cost as a ratio.
+windows-bench: DEBIAN_PACKAGES += $(WINDOWS_PACKAGES)
+windows-bench: deps $(WINDOWS_DIR)/build.ninja
+	cmake -S . -B $(RELEASE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DQUORLANE_BUILD_TESTS=OFF
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target quorlane_bench
+	cmake -S . -B $(WINDOWS_DIR) -DQUORLANE_BUILD_BENCHMARKS=ON
+	cmake --build $(WINDOWS_DIR) -j $(JOBS) --target quorlane_bench
+	tools/windows/compare-bench.sh $(RELEASE_DIR)/bench/quorlane_bench $(WINDOWS_DIR)/bench/quorlane_bench.exe $(WINDOWS_DIR)
 
 clean:
 	rm -rf build

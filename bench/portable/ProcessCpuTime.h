@@ -1,0 +1,5 @@
+#pragma once
+
+// CPU seconds the whole process has used so far, user and system time
+// together, as Google Benchmark counts it.
+double processCpuSeconds();
