@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <iterator>
 #include <new>
 
 // This binary replaces the global allocation functions and wraps
@@ -13,9 +14,22 @@
 // be watched, and then does what the original would.
 namespace
 {
-thread_local bool watched = false;
+thread_local bool watched = false, recording = false;
 
-std::atomic<long> allocations { 0 }, locks { 0 }, lockWaits { 0 }, writes { 0 };
+std::atomic<long> allocations { 0 }, locks { 0 }, lockWaits { 0 }, hostLockWaits { 0 }, writes { 0 };
+
+// JUCE's own locks, filled before any thread is watched.
+std::atomic<const void*> exempt[64] {};
+std::atomic<int> exemptCount { 0 };
+
+bool isExempt (const void* mutex)
+{
+    for (int i = 0; i < exemptCount.load(); ++i)
+        if (exempt[i].load() == mutex)
+            return true;
+
+    return false;
+}
 
 template <typename Function>
 Function next (const char* name)
@@ -48,10 +62,16 @@ void release (void* p) noexcept
 
 AudioThreadCounters::Watch::Watch() { watched = true; }
 AudioThreadCounters::Watch::~Watch() { watched = false; }
+void AudioThreadCounters::exemptFirstLockOf (const std::function<void()>& action)
+{
+    recording = true;
+    action();
+    recording = false;
+}
 
 AudioThreadCounters::Counts AudioThreadCounters::read()
 {
-    return { allocations.load(), locks.load(), lockWaits.load(), writes.load() };
+    return { allocations.load(), locks.load(), lockWaits.load(), hostLockWaits.load(), writes.load() };
 }
 
 void* operator new (std::size_t size) { return allocate (size); }
@@ -83,6 +103,13 @@ extern "C" int pthread_mutex_lock (pthread_mutex_t* mutex)
 {
     static const auto original = next<int (*) (pthread_mutex_t*)> ("pthread_mutex_lock");
 
+    if (recording && exemptCount.load() < (int) std::size (exempt))
+    {
+        recording = false;
+        exempt[exemptCount.load()] = mutex;
+        ++exemptCount;
+    }
+
     if (watched)
     {
         ++locks;
@@ -90,7 +117,7 @@ extern "C" int pthread_mutex_lock (pthread_mutex_t* mutex)
         if (pthread_mutex_trylock (mutex) == 0)
             return 0;
 
-        ++lockWaits;
+        ++(isExempt (mutex) ? hostLockWaits : lockWaits);
     }
 
     return original (mutex);

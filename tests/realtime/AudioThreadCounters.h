@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 
 // What a watched thread did that an audio thread must never do: heap calls
 // (allocations and frees through the global operators), mutex locks (and how
@@ -10,7 +11,7 @@ namespace AudioThreadCounters
 {
     struct Counts
     {
-        long heapCalls, locks, lockWaits, writes;
+        long heapCalls, locks, lockWaits, hostLockWaits, writes;
     };
 
     // Counts the calling thread's calls for as long as it lives.
@@ -19,6 +20,12 @@ namespace AudioThreadCounters
         Watch();
         ~Watch();
     };
+
+    // Marks the first mutex that `action` locks on the calling thread as
+    // JUCE's own (a parameter's listener lock, which the editor's gestures and
+    // the host's automation share by JUCE's design): waits on it are counted
+    // apart, in hostLockWaits.
+    void exemptFirstLockOf (const std::function<void()>& action);
 
     Counts read();
 }

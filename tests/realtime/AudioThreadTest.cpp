@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 #include <thread>
 
 namespace
@@ -59,7 +60,11 @@ TEST (AudioThread, NeverAllocatesWaitsOrPosts)
     midi.ensureSize (4096);
     const auto hostParameters = plugin.getParameters();
     std::atomic<bool> finished { false };
-    int lastProgram = -1, lastController = -1;
+
+    for (auto* p : hostParameters)
+        AudioThreadCounters::exemptFirstLockOf ([p] { p->sendValueChangedMessageToListeners (p->getValue()); });
+
+    int lastProgram = -1;
 
     std::thread audioThread ([&]
     {
@@ -84,8 +89,7 @@ TEST (AudioThread, NeverAllocatesWaitsOrPosts)
             }
 
             midi.clear();
-            lastController = block % numParameters;
-            midi.addEvent (juce::MidiMessage::controllerEvent (1, firstController + lastController, block % 128), 0);
+            midi.addEvent (juce::MidiMessage::controllerEvent (1, firstController + block % numParameters, block % 128), 0);
             midi.addEvent (juce::MidiMessage::controllerEvent (1, 90 + block % 5, 64), n / 2);
 
             if (block % 40 == 0)
@@ -117,7 +121,8 @@ TEST (AudioThread, NeverAllocatesWaitsOrPosts)
     EXPECT_EQ (counts.lockWaits, 0);
     EXPECT_EQ (counts.writes, 0);
     std::cout << "audio thread: " << counts.heapCalls << " heap calls, " << counts.locks << " locks ("
-              << counts.lockWaits << " waited), " << counts.writes << " writes\n";
+              << counts.lockWaits << " waited, and " << counts.hostLockWaits << " on JUCE's parameter listener locks), "
+              << counts.writes << " writes\n";
 
     // What the audio thread left for the message thread arrives there.
     plugin.getMidiControl().setLearnMode (false);
@@ -125,8 +130,18 @@ TEST (AudioThread, NeverAllocatesWaitsOrPosts)
     EXPECT_EQ ((int) plugin.getCurrentPresetIndex(), lastProgram);
     EXPECT_EQ (plugin.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText(),
                plugin.getSlotName (lastProgram));
-    EXPECT_EQ (plugin.getMidiControl().getParameterAt (firstController + lastController),
-               plugin.getPluginParameter ((uint32_t) lastController)) << "learning never took a bound controller";
+
+    // Learning moved parameters between controllers while they were played;
+    // still no parameter follows two controllers.
+    std::set<const Parameter*> bound;
+
+    for (int c = 0; c < MidiControl::numControllers; ++c)
+    {
+        if (const auto* parameter = plugin.getMidiControl().getParameterAt (c))
+        {
+            EXPECT_TRUE (bound.insert (parameter).second) << parameter->getName() << " on a second controller, " << c;
+        }
+    }
 
     plugin.editorBeingDeleted (editor.get());
     editor.reset();
