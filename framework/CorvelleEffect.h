@@ -7,9 +7,9 @@
 
 // The base of the product line's effects. It owns the processing core, runs
 // the processing frame (each host block is split at MIDI events and clock
-// ticks and handed to the core in pieces), forwards parameter changes to the
-// core under the processing lock, and drives the core's quality from the
-// hidden "Quality" parameter.
+// ticks and handed to the core in pieces), posts parameter changes into the
+// core's inbox without a lock, and drives the core's quality from the hidden
+// "Quality" parameter.
 class CorvelleEffect : public BasePluginOldStyle
 {
 public:
