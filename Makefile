@@ -22,7 +22,7 @@ all: release
 # Installs only what is missing, without questions.
 deps:
 	@missing=""; \
-	for p in $(DEBIAN_PACKAGES); do \
+	for p in $(sort $(DEBIAN_PACKAGES)); do \
 		dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "ok installed" || missing="$$missing $$p"; \
 	done; \
 	if [ -n "$$missing" ]; then \

@@ -5,19 +5,6 @@
 
 #include "framework/FloatParameter.h"
 
-namespace
-{
-    // The parameters the decay-time estimate depends on.
-    bool affectsDecayEstimate (uint32_t index)
-    {
-        switch (index)
-        {
-            case 0: case 1: case 6: case 7: case 8: case 14: case 15: case 16: return true;
-            default: return false;
-        }
-    }
-}
-
 Quorlane::Quorlane()
 {
     // "Decay Time" is the plug-in's own output: publishing it tells its
@@ -40,7 +27,7 @@ void Quorlane::parameterChanged (Parameter& parameter)
 {
     CorvelleEffect::parameterChanged (parameter);
 
-    if (affectsDecayEstimate (parameter.getIndex()))
+    if (QuorlaneCore::affectsDecayEstimate (parameter.getIndex()))
         publishDecayTime();
 }
 

@@ -47,9 +47,6 @@ bool isFinite (const double* a, const double* b, const double* c, const double* 
     const Pair total = (sum[0] + sum[1]) + (sum[2] + sum[3]);
     return total[0] + total[1] == 0.0;
 }
-constexpr std::uint32_t decayIndices = (1u << earlySize) | (1u << earlyDiffusion) | (1u << lateSize)
-                                     | (1u << lateDiffusion) | (1u << lateFeedback) | (1u << crossFade)
-                                     | (1u << modulation) | (1u << predelay);
 }
 
 QuorlaneCore::RateConstants QuorlaneCore::RateConstants::forRate (double sr, int previousRateClass) noexcept
@@ -188,8 +185,6 @@ void QuorlaneCore::recomputeAll() noexcept
 
     for (auto* s : { &crossFadeMix, &wetMix, &dryWetMix, &volumeMix })
         s->value = s->target;
-
-    updateDecayEstimate();
 }
 
 void QuorlaneCore::setParameter (std::uint32_t index, float normalisedValue)
@@ -199,9 +194,6 @@ void QuorlaneCore::setParameter (std::uint32_t index, float normalisedValue)
 
     values[index] = std::clamp ((double) normalisedValue, 0.0, 1.0);
     applyParameter (index);
-
-    if ((decayIndices >> index) & 1u)
-        updateDecayEstimate();
 }
 
 void QuorlaneCore::setBassCut (double hz) noexcept
@@ -305,11 +297,6 @@ void QuorlaneCore::applyParameter (std::uint32_t index) noexcept
         case outputVolume: volumeMix.target = volumeFactor (p); break;
         default: break;
     }
-}
-
-void QuorlaneCore::updateDecayEstimate() noexcept
-{
-    decayEstimate.store (estimateDecaySeconds (values, rate.sampleRate), std::memory_order_relaxed);
 }
 
 // A fitted estimate of the time the tail takes to fall by 100 dB.

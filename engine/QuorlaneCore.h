@@ -70,8 +70,15 @@ public:
     static double estimateDecaySeconds (const std::array<double, QuorlaneMapping::parameterCount>& values,
                                         double sampleRate) noexcept;
 
-    // Seconds; safe to read from any thread.
-    double getDecayEstimateSeconds() const noexcept { return decayEstimate.load (std::memory_order_relaxed); }
+    // Whether the value at this index is one of the estimate's inputs.
+    static constexpr bool affectsDecayEstimate (std::uint32_t index) noexcept
+    {
+        using namespace QuorlaneMapping;
+        constexpr std::uint32_t inputs = (1u << earlySize) | (1u << earlyDiffusion) | (1u << lateSize)
+                                       | (1u << lateDiffusion) | (1u << lateFeedback) | (1u << crossFade)
+                                       | (1u << modulation) | (1u << predelay);
+        return index < 32 && ((inputs >> index) & 1u) != 0;
+    }
 
     unsigned getQuality() const noexcept { return quality; }
     const RateConstants& getRateConstants() const noexcept { return rate; }
@@ -95,7 +102,6 @@ private:
     DelayElement& crossDelay (int channel) noexcept   { return elements[2 + 2 * (earlyStages + lateStages) + (size_t) channel]; }
 
     void applyParameter (std::uint32_t index) noexcept;
-    void updateDecayEstimate() noexcept;
 
     void processBlock (int offset) noexcept;
     void processMonoBlock (int offset) noexcept;
@@ -123,7 +129,6 @@ private:
     PresetChangeTarget* presetChangeTarget = nullptr;
 
     std::array<double, QuorlaneMapping::parameterCount> values = QuorlaneMapping::defaultValues;
-    std::atomic<double> decayEstimate { 0.0 };
 
     // Framing.
     alignas (64) double ring[2][2 * blockSize] {};
