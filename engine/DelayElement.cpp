@@ -32,6 +32,7 @@ void DelayElement::allocate (int newCapacity)
 
     capacity = newCapacity;
     writeIndex = 0;
+    silent = true;
 }
 
 void DelayElement::prepare (double sampleRate)
@@ -51,8 +52,13 @@ void DelayElement::prepare (double sampleRate)
 
 void DelayElement::clear() noexcept
 {
-    std::memset (buffer, 0, (std::size_t) (capacity + guard) * sizeof (double));
+    // A buffer fresh from calloc is left untouched, so that preparing a new
+    // instance does not fault in every page of it.
+    if (! silent)
+        std::memset (buffer, 0, (std::size_t) (capacity + guard) * sizeof (double));
+
     writeIndex = 0;
+    silent = true;
 }
 
 double DelayElement::clampLength (double samples) const noexcept
@@ -96,6 +102,8 @@ void DelayElement::glideLength() noexcept
 
 void DelayElement::advanceWriteIndex() noexcept
 {
+    silent = false;
+
     if ((int) writeIndex < guard || (int) writeIndex + blockSize > capacity)
         std::memcpy (buffer + capacity, buffer, guard * sizeof (double));
 

@@ -93,6 +93,7 @@ private:
     double* buffer = nullptr; // storage aligned to a cache line
     std::uint32_t writeIndex = 0;
     int capacity = 0;
+    bool silent = true; // nothing written since the buffer was last zeroed
 
     std::uint32_t randomA, randomB;
     double lfoCoefficient = 0.0;

@@ -3,6 +3,7 @@
 #include "QuorlaneCore.h"
 #include "QuorlaneParameterText.h"
 
+#include "framework/AudioCallbackScope.h"
 #include "framework/FloatParameter.h"
 
 Quorlane::Quorlane()
@@ -27,8 +28,21 @@ void Quorlane::parameterChanged (Parameter& parameter)
 {
     CorvelleEffect::parameterChanged (parameter);
 
-    if (QuorlaneCore::affectsDecayEstimate (parameter.getIndex()))
+    if (! QuorlaneCore::affectsDecayEstimate (parameter.getIndex()))
+        return;
+
+    if (AudioCallbackScope::isActive())
+        decayStale.store (true, std::memory_order_relaxed);
+    else
         publishDecayTime();
+}
+
+void Quorlane::processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages)
+{
+    if (decayStale.exchange (false, std::memory_order_relaxed))
+        publishDecayTime();
+
+    CorvelleEffect::processBlock (buffer, midiMessages);
 }
 
 void Quorlane::prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock)

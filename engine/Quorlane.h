@@ -21,6 +21,8 @@ public:
 
     void parameterChanged (Parameter& parameter) override;
     void prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock) override;
+    void processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages) override;
+    using AudioProcessor::processBlock;
 
 protected:
     std::unique_ptr<Core> createCore() override;
@@ -33,4 +35,8 @@ private:
 
     std::atomic<double> decayRate { 44100.0 }; // the rate the estimate is made for
     std::atomic<double> decaySeconds { 0.0 };
+
+    // An input of the estimate moved on the audio thread: the next block
+    // publishes the estimate once, however many inputs the host moved.
+    std::atomic<bool> decayStale { false };
 };

@@ -101,7 +101,12 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
             if (! skipPast (p, "]]>"))
                 return false;
         }
-        else if (*p == '?' || *p == '!')
+        else if (*p == '!')
+        {
+            // A document type declaration: none of ours has one.
+            return false;
+        }
+        else if (*p == '?')
         {
             if (! skipPast (p, ">"))
                 return false;

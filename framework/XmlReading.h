@@ -10,6 +10,9 @@
 // a few hundred thousand levels deep exhausts the stack. The tags are
 // therefore checked first: each one closed, start and end tags pairing by
 // name, nothing left open at the end, and no nesting beyond maxXmlNestingDepth.
+// A document type declaration is refused: JUCE's parser expands the entities
+// it defines into further entities and elements without limit, so a few
+// hundred bytes can keep it busy for hours.
 // Bytes from outside must be valid UTF-8 (a byte-order mark is allowed):
 // JUCE's strings trust the encoding and walk past the end of malformed
 // sequences. Files far larger than any of ours are refused too. Returns

@@ -1,6 +1,9 @@
 #include "engine/Quorlane.h"
+#include "engine/QuorlaneCore.h"
 
 #include <gtest/gtest.h>
+
+#include <thread>
 
 namespace
 {
@@ -62,4 +65,47 @@ TEST (HostInterface, ChangesFromTheHostAreNotEchoedButOthersAreReported)
     plugin.getPluginParameter (20)->setNormalisedValue (1.0f, true);
     EXPECT_EQ (listener.changes.size(), 1) << "internal parameters stay away from the host";
     plugin.removeListener (&listener);
+}
+
+// The tail a host asks for is the estimate for the values as they stand: at
+// once for a change off the audio thread, from the next block for changes the
+// host makes on it.
+TEST (HostInterface, TailLengthFollowsTheDecayInputsFromEveryThread)
+{
+    Quorlane plugin;
+    plugin.setPlayConfigDetails (2, 2, 48000.0, 64);
+    plugin.prepareToPlay (48000.0, 64);
+    auto& host = plugin.getParameters();
+
+    const auto expected = [&plugin]
+    {
+        std::array<double, QuorlaneMapping::parameterCount> values {};
+
+        for (std::uint32_t i = 0; i < values.size(); ++i)
+            values[i] = plugin.getPluginParameter (i)->getNormalisedValue();
+
+        return QuorlaneCore::estimateDecaySeconds (values, 48000.0);
+    };
+
+    host[QuorlaneMapping::lateFeedback]->setValue (0.9f);
+    EXPECT_DOUBLE_EQ (plugin.getTailLengthSeconds(), expected());
+
+    std::thread ([&]
+    {
+        juce::AudioBuffer<float> buffer (2, 64);
+        juce::MidiBuffer midi;
+        buffer.clear();
+        plugin.processBlock (buffer, midi);
+
+        const double before = plugin.getTailLengthSeconds();
+        host[QuorlaneMapping::lateSize]->setValue (0.8f);
+        host[QuorlaneMapping::predelay]->setValue (0.6f);
+        EXPECT_EQ (plugin.getTailLengthSeconds(), before);
+
+        plugin.processBlock (buffer, midi);
+        EXPECT_DOUBLE_EQ (plugin.getTailLengthSeconds(), expected());
+        EXPECT_NEAR (plugin.getPluginParameter (Quorlane::decayTimeIndex)->getValue(), expected(), 1e-3);
+    }).join();
+
+    plugin.releaseResources();
 }
