@@ -71,6 +71,7 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
 {
     auto p = text.getCharPointer();
     juce::StringArray open;
+    bool seenElement = false;
 
     for (;;)
     {
@@ -108,7 +109,10 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
         }
         else if (*p == '?')
         {
-            if (! skipPast (p, ">"))
+            // Only the declaration before the root: JUCE's parser loops for
+            // ever on a processing instruction that text follows inside an
+            // element.
+            if (seenElement || ! skipPast (p, "?>"))
                 return false;
         }
         else
@@ -117,6 +121,8 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
 
             if (name.isEmpty() || ! skipRestOfTag (p, selfClosing))
                 return false;
+
+            seenElement = true;
 
             if (! selfClosing)
             {

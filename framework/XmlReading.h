@@ -12,7 +12,9 @@
 // name, nothing left open at the end, and no nesting beyond maxXmlNestingDepth.
 // A document type declaration is refused: JUCE's parser expands the entities
 // it defines into further entities and elements without limit, so a few
-// hundred bytes can keep it busy for hours.
+// hundred bytes can keep it busy for hours. So is a processing instruction
+// anywhere but before the root element: followed by text, it sends JUCE's
+// parser into an endless loop.
 // Bytes from outside must be valid UTF-8 (a byte-order mark is allowed):
 // JUCE's strings trust the encoding and walk past the end of malformed
 // sequences. Files far larger than any of ours are refused too. Returns
