@@ -71,7 +71,6 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
 {
     auto p = text.getCharPointer();
     juce::StringArray open;
-    bool seenElement = false;
 
     for (;;)
     {
@@ -102,17 +101,9 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
             if (! skipPast (p, "]]>"))
                 return false;
         }
-        else if (*p == '!')
+        else if (*p == '?' || *p == '!')
         {
-            // A document type declaration: none of ours has one.
-            return false;
-        }
-        else if (*p == '?')
-        {
-            // Only the declaration before the root: JUCE's parser loops for
-            // ever on a processing instruction that text follows inside an
-            // element.
-            if (seenElement || ! skipPast (p, "?>"))
+            if (! skipPast (p, ">"))
                 return false;
         }
         else
@@ -122,7 +113,6 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
             if (name.isEmpty() || ! skipRestOfTag (p, selfClosing))
                 return false;
 
-            seenElement = true;
 
             if (! selfClosing)
             {
@@ -135,9 +125,38 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
     }
 }
 
+bool hasOnlyPlainMarkup (const juce::String& text)
+{
+    auto p = text.getCharPointer();
+    p.incrementToEndOfWhitespace();
+
+    // The declaration may lead the document.
+    if (p.compareUpTo (juce::CharPointer_ASCII ("<?"), 2) == 0 && ! skipPast (p, "?>"))
+        return false;
+
+    // Searched as plain text, not by tags: where this scan and JUCE's parser
+    // would read the tags differently, the text is still refused.
+    for (;;)
+    {
+        const auto index = p.indexOf ((juce::juce_wchar) '<');
+
+        if (index < 0)
+            return true;
+
+        p += index + 1;
+
+        if (*p == '?')
+            return false;
+
+        if (*p == '!' && p.compareUpTo (juce::CharPointer_ASCII ("!--"), 3) != 0
+                      && p.compareUpTo (juce::CharPointer_ASCII ("![CDATA["), 8) != 0)
+            return false;
+    }
+}
+
 std::unique_ptr<juce::XmlElement> parseXmlText (const juce::String& text)
 {
-    if (! hasBalancedTags (text, maxXmlNestingDepth))
+    if (! hasOnlyPlainMarkup (text) || ! hasBalancedTags (text, maxXmlNestingDepth))
         return nullptr;
 
     return juce::parseXML (text);

@@ -13,8 +13,9 @@
 // A document type declaration is refused: JUCE's parser expands the entities
 // it defines into further entities and elements without limit, so a few
 // hundred bytes can keep it busy for hours. So is a processing instruction
-// anywhere but before the root element: followed by text, it sends JUCE's
-// parser into an endless loop.
+// anywhere but at the very start: where text follows one, JUCE's parser loops
+// for ever. Both are searched as plain text (hasOnlyPlainMarkup), since "<?"
+// or "<!" never occur in our documents outside comments and CDATA.
 // Bytes from outside must be valid UTF-8 (a byte-order mark is allowed):
 // JUCE's strings trust the encoding and walk past the end of malformed
 // sequences. Files far larger than any of ours are refused too. Returns
@@ -23,6 +24,7 @@ inline constexpr int maxXmlNestingDepth = 256;
 inline constexpr juce::int64 maxXmlFileSize = 16 * 1024 * 1024;
 
 bool hasBalancedTags (const juce::String& text, int maxDepth);
+bool hasOnlyPlainMarkup (const juce::String& text);
 std::unique_ptr<juce::XmlElement> parseXmlText (const juce::String& text);
 std::unique_ptr<juce::XmlElement> parseXmlUtf8 (const void* data, size_t numBytes);
 std::unique_ptr<juce::XmlElement> parseXmlFile (const juce::File& file);
