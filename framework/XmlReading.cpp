@@ -113,7 +113,6 @@ bool hasBalancedTags (const juce::String& text, int maxDepth)
             if (name.isEmpty() || ! skipRestOfTag (p, selfClosing))
                 return false;
 
-
             if (! selfClosing)
             {
                 if (open.size() >= maxDepth)
