@@ -165,5 +165,5 @@ void DelayElement::process (const double* input, double* output, unsigned qualit
     // Each read reaches back at least one sample, so writing the whole block
     // first never changes what is read.
     writeBlock ([input] (int n) { return input[n] + 1e-20; });
-    kernels.interpolate (buffer, index, fraction, 1, output, 1, blockSize, quality);
+    kernels.interpolate (buffer, index, fraction, output, blockSize, quality);
 }

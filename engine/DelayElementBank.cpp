@@ -14,11 +14,6 @@ int DelayElementBank::add (DelayElement& element) noexcept
     return laneCount++;
 }
 
-int DelayElementBank::paddedLaneCount() const noexcept
-{
-    return (laneCount + 3) & ~3;
-}
-
 void DelayElementBank::loadLanes() noexcept
 {
     for (int i = 0; i < laneCount; ++i)
@@ -41,19 +36,6 @@ void DelayElementBank::loadLanes() noexcept
         lanes.randomA[i] = e.randomA;
         lanes.randomB[i] = e.randomB;
         lanes.settled[i] = e.lengthSettled && e.depthSettled;
-    }
-
-    // Lanes that only fill up the last group run a still, harmless element.
-    for (int i = laneCount; i < paddedLaneCount(); ++i)
-    {
-        lanes.length[i] = lanes.targetLength[i] = 10.0;
-        lanes.depth[i] = lanes.targetDepth[i] = lanes.glide[i] = 0.0;
-        lanes.stage1[i] = lanes.stage2[i] = lanes.lfoTarget[i] = lanes.lfoCoefficient[i] = 0.0;
-        lanes.countdown[i] = 1.0e9;
-        lanes.writeBase[i] = lanes.capacity[i] = 44100.0;
-        lanes.wholeCapacity[i] = 44100;
-        lanes.wrapIndex[i] = 44100 + DelayElement::guard - 1;
-        lanes.settled[i] = true;
     }
 }
 
@@ -88,7 +70,7 @@ void DelayElementBank::beginBlock (unsigned q) noexcept
     for (int i = 0; i < laneCount; ++i)
         readsReady[(size_t) i] = std::min (lanes.length[i], lanes.targetLength[i]) >= blockSize;
 
-    kernels.plan (lanes, plan, paddedLaneCount());
+    kernels.plan (lanes, plan, laneCount);
     storeLanes();
 
     for (int i = 0; i < laneCount; ++i)
@@ -96,12 +78,12 @@ void DelayElementBank::beginBlock (unsigned q) noexcept
         const double* buffer = elements[(size_t) i]->buffer;
 
         if (readsReady[(size_t) i])
-            kernels.interpolate (buffer, &plan.index[0][i], &plan.fraction[0][i], maxLanes, reads[i], 1, blockSize, quality);
+            kernels.interpolate (buffer, plan.index[i], plan.fraction[i], reads[i], blockSize, quality);
 
         // Too many elements read at once for the processor to follow every
         // stream by itself: fetch what the next block will read.
         for (int line = 1; line <= blockSize + 8; line += 8)
-            __builtin_prefetch (buffer + plan.index[blockSize - 1][i] + line);
+            __builtin_prefetch (buffer + plan.index[i][blockSize - 1] + line);
     }
 }
 
@@ -132,7 +114,7 @@ void DelayElementBank::process (int lane, double* io) noexcept
         w -= w >= capacity ? capacity : 0;
 
         double d;
-        kernels.interpolate (buffer, &plan.index[n][lane], &plan.fraction[n][lane], 1, &d, 1, 1, quality);
+        kernels.interpolate (buffer, &plan.index[lane][n], &plan.fraction[lane][n], &d, 1, quality);
         kernels.allpass (&d, g, io + n, buffer + w, 1);
 
         if (w < (std::uint32_t) DelayElement::guard)

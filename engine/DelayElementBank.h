@@ -33,7 +33,6 @@ public:
     void process (int lane, double* io) noexcept;
 
 private:
-    int paddedLaneCount() const noexcept;
     void loadLanes() noexcept;
     void storeLanes() noexcept;
 

@@ -8,7 +8,6 @@
 
 #if defined(__GNUC__) && defined(__x86_64__)
  #define QUORLANE_X86_DISPATCH 1
- #define QUORLANE_TARGET_AVX __attribute__ ((target ("avx")))
  #define QUORLANE_TARGET_FMA __attribute__ ((target ("avx2,fma")))
 #else
  #define QUORLANE_X86_DISPATCH 0
@@ -122,17 +121,14 @@ struct Pack
 
     // Splits positions of the mirrored buffer into the stored index of their
     // integer parts and their fractions.
-    QUORLANE_INLINE void split (const std::int32_t* wrapIndex, const std::int32_t* capacity,
-                                std::int32_t* index, double* fraction) const
+    QUORLANE_INLINE void split (std::int32_t wrapIndex, std::int32_t capacity, std::int32_t* index, double* fraction) const
     {
         using Ints = typename Traits<Native>::Ints;
+        const Ints wrap = Ints {} + wrapIndex, size = Ints {} + capacity;
 
         for (int i = 0; i < count; ++i)
         {
             const Ints whole = __builtin_convertvector (part[i], Ints);
-            Ints wrap, size;
-            loadUnaligned (wrap, wrapIndex + i * nativeWidth);
-            loadUnaligned (size, capacity + i * nativeWidth);
             storeUnaligned (index + i * nativeWidth, (Ints) (whole >= wrap ? whole - size : whole));
             storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - __builtin_convertvector (whole, Native)));
         }
@@ -150,142 +146,182 @@ QUORLANE_INLINE double nextLfoTarget (std::uint32_t& a, std::uint32_t& b)
     return ((double) (std::int32_t) oldB * randomScale + 1.0) * 0.5;
 }
 
-// One group of lanes through one block. The arithmetic order is the
-// element's definition and must not be rearranged: the read positions are
-// compared bit for bit with the reference.
-//
-// The rare events of a block, an LFO step or the write index wrapping, are
-// scheduled per lane in advance, so that the per-sample loop is straight
-// vector arithmetic. The countdown falls by exactly 1 per sample (every value
-// it takes is exact), so its expiry can be computed instead of counted.
-template <typename P, bool gliding, bool clamped>
-QUORLANE_INLINE void planLanes (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int first)
+// x to the power k, for 0 <= k <= 64, in a handful of roundings.
+QUORLANE_INLINE double power (double x, int k)
 {
-    constexpr int width = P::width;
-    constexpr int blockSize = DelayKernels::blockSize;
+    double result = 1.0;
 
-    P length = P::load (s.length + first);
-    P depth = P::load (s.depth + first);
-    P stage1 = P::load (s.stage1 + first);
-    P stage2 = P::load (s.stage2 + first);
-    P lfoTarget = P::load (s.lfoTarget + first);
-    P base = P::load (s.writeBase + first);
-    const P targetLength = P::load (s.targetLength + first);
-    const P targetDepth = P::load (s.targetDepth + first);
-    const P glide = P::load (s.glide + first);
-    const P coefficient = P::load (s.lfoCoefficient + first);
-    const P oldestOffset = P::load (s.capacity + first) - P::broadcast (64.0);
-    const P tiny = P::broadcast (1e-20), one = P::broadcast (1.0);
+    for (; k > 0; k >>= 1, x *= x)
+        if ((k & 1) != 0)
+            result *= x;
 
-    int nextLfo[width], nextWrap[width], countdownSetAt[width];
-    double countdownSetTo[width];
-    int nextEvent = blockSize;
-
-    for (int l = 0; l < width; ++l)
-    {
-        const double countdown = s.countdown[first + l];
-        countdownSetTo[l] = countdown;
-        countdownSetAt[l] = 0;
-        nextLfo[l] = countdown < 0.0 ? 0 : countdown < blockSize ? (int) countdown + 1 : blockSize;
-        nextWrap[l] = (int) (2.0 * s.capacity[first + l] - s.writeBase[first + l]);
-        nextEvent = std::min ({ nextEvent, nextLfo[l], nextWrap[l] });
-    }
-
-    for (int n = 0; n < blockSize; ++n)
-    {
-        if constexpr (gliding)
-        {
-            length = length - (length - targetLength) * glide + tiny;
-            depth = depth - (depth - targetDepth) * glide + tiny;
-        }
-
-        if (n == nextEvent)
-        {
-            double lengths[width], targets[width], bases[width];
-            length.store (lengths);
-            lfoTarget.store (targets);
-            base.store (bases);
-            nextEvent = blockSize;
-
-            for (int l = 0; l < width; ++l)
-            {
-                if (nextLfo[l] == n)
-                {
-                    targets[l] = nextLfoTarget (s.randomA[first + l], s.randomB[first + l]);
-                    countdownSetTo[l] = 2.0 * lengths[l];
-                    countdownSetAt[l] = n + 1;
-                    nextLfo[l] = n + 2 + (int) std::min (countdownSetTo[l], (double) blockSize);
-                }
-
-                if (nextWrap[l] == n)
-                {
-                    bases[l] -= s.capacity[first + l];
-                    nextWrap[l] = blockSize;
-                }
-
-                nextEvent = std::min ({ nextEvent, nextLfo[l], nextWrap[l] });
-            }
-
-            lfoTarget = P::load (targets);
-            base = P::load (bases);
-        }
-
-        stage1 = stage1 - (stage1 - lfoTarget) * coefficient + tiny;
-        stage2 = stage2 - (stage2 - stage1) * coefficient + tiny;
-        const P modulation = stage2 * depth * length + tiny;
-        P position = base - length - modulation;
-
-        if constexpr (clamped)
-            position = atLeast (position, base - oldestOffset);
-
-        position.split (s.wrapIndex + first, s.wholeCapacity + first, plan.index[n] + first, plan.fraction[n] + first);
-        base = base + one;
-    }
-
-    length.store (s.length + first);
-    depth.store (s.depth + first);
-    stage1.store (s.stage1 + first);
-    stage2.store (s.stage2 + first);
-    lfoTarget.store (s.lfoTarget + first);
-    base.store (s.writeBase + first);
-
-    for (int l = 0; l < width; ++l)
-        s.countdown[first + l] = countdownSetTo[l] - (double) (blockSize - countdownSetAt[l]);
+    return result;
 }
 
-template <typename P>
-QUORLANE_INLINE void planGroup (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int first)
+// The modulation and the glides are one-pole smoothers stepped once per
+// sample, which as recursions are a chain of dependent arithmetic per sample.
+// Their closed forms give every sample of a block independently:
+//   a glide towards t from x:  t + (x - t) r^n, with r = 1 - glide;
+//   the two LFO stages, both with coefficient c = 1 - a, towards the target t
+//   from s1 and s2: stage 1 is t + (s1 - t) a^n, stage 2 is
+//   t + a^n ((s2 - t) + n c (s1 - t)).
+// They agree with the recursions to a few roundings (the recursions' 1e-20
+// terms only keep them off subnormals, which the closed forms cannot reach).
+// An LFO step starts a new segment from the stages' values at that sample.
+// The countdown falls by exactly 1 per sample (every value it takes is
+// exact), so when the steps fall is computed, not counted.
+template <typename Native>
+QUORLANE_INLINE void planLane (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int l)
 {
-    bool gliding = false, clamped = false;
+    using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
+    constexpr int blockSize = DelayKernels::blockSize;
+    constexpr int chunk = Chunk::width;
+    static constexpr double ramp[chunk] = { 0.0, 1.0, 2.0, 3.0 };
 
-    for (int l = first; l < first + P::width; ++l)
-    {
-        gliding |= ! s.settled[l];
+    const bool gliding = ! s.settled[l];
+    const double capacity = s.capacity[l];
+    const double base = s.writeBase[l];
 
-        // Whether the modulated delay could come near the oldest samples.
-        const double longest = std::max (s.length[l], s.targetLength[l]) * (1.0 + std::max (s.depth[l], s.targetDepth[l]));
-        clamped |= ! (longest + 2.0 < s.capacity[l] - 64.0);
-    }
+    // Length and depth of every sample, where they glide.
+    alignas (64) double lengths[blockSize], depths[blockSize];
+    const double r = 1.0 - s.glide[l], r2 = r * r;
+    const double lengthFrom = s.length[l] - s.targetLength[l], depthFrom = s.depth[l] - s.targetDepth[l];
 
     if (gliding)
-        clamped ? planLanes<P, true, true> (s, plan, first) : planLanes<P, true, false> (s, plan, first);
+    {
+        const double firstPowers[chunk] = { r, r2, r2 * r, r2 * r2 };
+        Chunk powers = Chunk::load (firstPowers);
+        const Chunk step = Chunk::broadcast (r2 * r2);
+
+        for (int n = 0; n < blockSize; n += chunk)
+        {
+            (Chunk::broadcast (s.targetLength[l]) + Chunk::broadcast (lengthFrom) * powers).store (lengths + n);
+            (Chunk::broadcast (s.targetDepth[l]) + Chunk::broadcast (depthFrom) * powers).store (depths + n);
+            powers = powers * step;
+        }
+    }
+
+    // Stage 2 of the LFO for every sample, segment by segment.
+    alignas (64) double stage[blockSize + chunk];
+    const double c = s.lfoCoefficient[l], a = 1.0 - c, a2 = a * a;
+    const double firstPowers[chunk] = { a, a2, a2 * a, a2 * a2 };
+    double target = s.lfoTarget[l];
+    double from1 = s.stage1[l] - target, from2 = s.stage2[l] - target;
+    int start = 0;
+
+    auto fill = [&] (int end)
+    {
+        Chunk powers = Chunk::load (firstPowers);
+        Chunk weights = Chunk::broadcast (from2) + Chunk::broadcast (c * from1) * (Chunk::load (ramp) + Chunk::broadcast (1.0));
+        const Chunk powerStep = Chunk::broadcast (a2 * a2), weightStep = Chunk::broadcast (4.0 * c * from1);
+
+        for (int n = start; n < end; n += chunk)
+        {
+            (Chunk::broadcast (target) + powers * weights).store (stage + n);
+            powers = powers * powerStep;
+            weights = weights + weightStep;
+        }
+    };
+
+    auto stagesAfter = [&] (int steps, double& stage1, double& stage2)
+    {
+        const double p = power (a, steps);
+        stage1 = target + p * from1;
+        stage2 = target + p * (from2 + steps * c * from1);
+    };
+
+    const double countdown = s.countdown[l];
+    double countdownSetTo = countdown;
+    int countdownSetAt = 0;
+    int nextLfo = countdown < 0.0 ? 0 : countdown < blockSize ? (int) countdown + 1 : blockSize;
+
+    while (nextLfo < blockSize)
+    {
+        const int n = nextLfo;
+        fill (n);
+
+        double stage1, stage2;
+        stagesAfter (n - start, stage1, stage2);
+        target = nextLfoTarget (s.randomA[l], s.randomB[l]);
+        from1 = stage1 - target;
+        from2 = stage2 - target;
+        start = n;
+
+        countdownSetTo = 2.0 * (gliding ? lengths[n] : s.length[l]);
+        countdownSetAt = n + 1;
+        nextLfo = n + 2 + (int) std::min (countdownSetTo, (double) blockSize);
+    }
+
+    fill (blockSize);
+
+    // Read positions. The write base falls back by the capacity where the
+    // write index wraps; shifting a window over {0, 0, 0, 0, C, C, C, C}
+    // gives a chunk its share of that.
+    const double wraps[2 * chunk] = { 0.0, 0.0, 0.0, 0.0, capacity, capacity, capacity, capacity };
+    const int wrapAt = (int) (2.0 * capacity - base);
+
+    // Whether the modulated delay could come near the oldest samples.
+    const double length = s.length[l], depth = s.depth[l];
+    const double longest = std::max (length, s.targetLength[l]) * (1.0 + std::max (depth, s.targetDepth[l]));
+    const bool clamped = ! (longest + 2.0 < capacity - 64.0);
+    const Chunk oldestOffset = Chunk::broadcast (capacity - 64.0), tiny = Chunk::broadcast (1e-20);
+    const Chunk four = Chunk::broadcast ((double) chunk);
+    const std::int32_t wrapIndex = s.wrapIndex[l], wholeCapacity = s.wholeCapacity[l];
+    std::int32_t* const index = plan.index[l];
+    double* const fraction = plan.fraction[l];
+
+    auto positions = [&] (auto glidingNow)
+    {
+        Chunk at = Chunk::broadcast (base) + Chunk::load (ramp);
+
+        for (int n = 0; n < blockSize; n += chunk, at = at + four)
+        {
+            Chunk position;
+
+            if constexpr (glidingNow)
+            {
+                const Chunk lengthNow = Chunk::load (lengths + n);
+                position = at - lengthNow - (Chunk::load (stage + n) * Chunk::load (depths + n) * lengthNow + tiny);
+            }
+            else
+            {
+                position = at - Chunk::broadcast (length) - (Chunk::load (stage + n) * Chunk::broadcast (depth * length) + tiny);
+            }
+
+            if (n + chunk > wrapAt)
+                position = position - Chunk::load (wraps + chunk - std::clamp (wrapAt - n, 0, chunk));
+
+            if (clamped)
+                position = atLeast (position, at - oldestOffset - Chunk::load (wraps + chunk - std::clamp (wrapAt - n, 0, chunk)));
+
+            position.split (wrapIndex, wholeCapacity, index + n, fraction + n);
+        }
+    };
+
+    if (gliding)
+        positions (std::true_type {});
     else
-        clamped ? planLanes<P, false, true> (s, plan, first) : planLanes<P, false, false> (s, plan, first);
+        positions (std::false_type {});
+
+    // The state after the block.
+    if (gliding)
+    {
+        const double r32 = power (r, blockSize);
+        s.length[l] = s.targetLength[l] + lengthFrom * r32;
+        s.depth[l] = s.targetDepth[l] + depthFrom * r32;
+    }
+
+    stagesAfter (blockSize - start, s.stage1[l], s.stage2[l]);
+    s.lfoTarget[l] = target;
+    s.countdown[l] = countdownSetTo - (double) (blockSize - countdownSetAt);
+    s.writeBase[l] = base + blockSize - (wrapAt < blockSize ? capacity : 0.0);
 }
 
-// Eight lanes at a time, then four.
 template <typename Native>
 QUORLANE_INLINE void planBody (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int lanes)
 {
-    using Eight = Pack<Native, 8 / Pack<Native, 1>::width>;
-    using Four = Pack<Native, 4 / Pack<Native, 1>::width>;
-    int first = 0;
-
-    for (; first + 8 <= lanes; first += 8)
-        planGroup<Eight> (s, plan, first);
-
-    for (; first < lanes; first += 4)
-        planGroup<Four> (s, plan, first);
+    for (int l = 0; l < lanes; ++l)
+        planLane<Native> (s, plan, l);
 }
 
 QUORLANE_INLINE double linearRead (const double* buffer, std::int32_t index, double fraction)
@@ -321,17 +357,15 @@ QUORLANE_INLINE void reduceFour (const Chunk& s0, const Chunk& s1, const Chunk& 
 
 // Windowed-sinc reads, four at a time: for each, the phase's taps against
 // the `taps` samples ending at the integer position, summed in two running
-// partial sums of four, then the four results reduced together. The strides
-// are constants where the callers' layouts are known, so every address is a
-// fixed offset.
-template <typename Native, int taps, int stride, int outStride>
+// partial sums of four, then the four results reduced together.
+template <typename Native, int taps>
 QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index, const double* fraction,
                                 double* out, int count, const double* table)
 {
     using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
 
-    auto weightsFor = [table, fraction] (int n) { return table + (int) (fraction[n * stride] * InterpolationTables::phases) * taps; };
-    auto samplesFor = [buffer, index] (int n) { return buffer + index[n * stride] - (taps - 1); };
+    auto weightsFor = [table, fraction] (int n) { return table + (int) (fraction[n] * InterpolationTables::phases) * taps; };
+    auto samplesFor = [buffer, index] (int n) { return buffer + index[n] - (taps - 1); };
 
     int n = 0;
 
@@ -369,18 +403,7 @@ QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index,
             b3 = b3 + Chunk::load (w3 + j + 4) * Chunk::load (x3 + j + 4);
         }
 
-        if constexpr (outStride == 1)
-        {
-            reduceFour (a0 + b0, a1 + b1, a2 + b2, a3 + b3, out + n);
-        }
-        else
-        {
-            double result[4];
-            reduceFour (a0 + b0, a1 + b1, a2 + b2, a3 + b3, result);
-
-            for (int k = 0; k < 4; ++k)
-                out[(n + k) * outStride] = result[k];
-        }
+        reduceFour (a0 + b0, a1 + b1, a2 + b2, a3 + b3, out + n);
     }
 
     for (; n < count; ++n)
@@ -392,13 +415,13 @@ QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index,
         for (int t = 0; t < taps; ++t)
             sum += w[t] * x[t];
 
-        out[n * outStride] = sum;
+        out[n] = sum;
     }
 }
 
-template <typename Native, int stride, int outStride>
-QUORLANE_INLINE void readsWithStrides (const double* buffer, const std::int32_t* index, const double* fraction,
-                                       double* out, int count, unsigned quality)
+template <typename Native>
+QUORLANE_INLINE void interpolateBody (const double* buffer, const std::int32_t* index, const double* fraction,
+                                      double* out, int count, unsigned quality)
 {
     const double* table = InterpolationTables::get().row (quality, 0);
 
@@ -407,27 +430,12 @@ QUORLANE_INLINE void readsWithStrides (const double* buffer, const std::int32_t*
         case 0:
            #pragma GCC unroll 8
             for (int n = 0; n < count; ++n)
-                out[n * outStride] = linearRead (buffer, index[n * stride], fraction[n * stride]);
+                out[n] = linearRead (buffer, index[n], fraction[n]);
             break;
-        case 1:  sincReads<Native, 8, stride, outStride> (buffer, index, fraction, out, count, table); break;
-        case 2:  sincReads<Native, 16, stride, outStride> (buffer, index, fraction, out, count, table); break;
-        default: sincReads<Native, 32, stride, outStride> (buffer, index, fraction, out, count, table); break;
+        case 1:  sincReads<Native, 8> (buffer, index, fraction, out, count, table); break;
+        case 2:  sincReads<Native, 16> (buffer, index, fraction, out, count, table); break;
+        default: sincReads<Native, 32> (buffer, index, fraction, out, count, table); break;
     }
-}
-
-// The layouts in use: a plan column into a block (the bank), a block into a
-// block (the plain delay), and single reads.
-template <typename Native>
-QUORLANE_INLINE void interpolateBody (const double* buffer, const std::int32_t* index, const double* fraction,
-                                      int stride, double* out, int outStride, int count, unsigned quality)
-{
-    if (outStride == 1 && stride == DelayKernels::maxLanes)
-        readsWithStrides<Native, DelayKernels::maxLanes, 1> (buffer, index, fraction, out, count, quality);
-    else if (outStride == 1 && stride == 1)
-        readsWithStrides<Native, 1, 1> (buffer, index, fraction, out, count, quality);
-    else
-        for (int n = 0; n < count; ++n)
-            readsWithStrides<Native, 1, 1> (buffer, index + n * stride, fraction + n * stride, out + n * outStride, 1, quality);
 }
 
 // The allpass update over samples whose reads are already made.
@@ -463,9 +471,9 @@ void planPortable (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int lanes) 
 }
 
 void interpolatePortable (const double* buffer, const std::int32_t* index, const double* fraction,
-                          int stride, double* out, int outStride, int count, unsigned quality) noexcept
+                          double* out, int count, unsigned quality) noexcept
 {
-    interpolateBody<Doubles2> (buffer, index, fraction, stride, out, outStride, count, quality);
+    interpolateBody<Doubles2> (buffer, index, fraction, out, count, quality);
 }
 
 void allpassPortable (const double* reads, double g, double* io, double* written, int count) noexcept
@@ -474,18 +482,15 @@ void allpassPortable (const double* reads, double g, double* io, double* written
 }
 
 #if QUORLANE_X86_DISPATCH
-// The read positions must round exactly as the element defines them, so the
-// planner gets AVX without fused multiply-adds; the interpolation sums may
-// fuse.
-QUORLANE_TARGET_AVX void planAvx (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int lanes) noexcept
+QUORLANE_TARGET_FMA void planFma (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int lanes) noexcept
 {
     planBody<Doubles4> (s, plan, lanes);
 }
 
 QUORLANE_TARGET_FMA void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,
-                                         int stride, double* out, int outStride, int count, unsigned quality) noexcept
+                                         double* out, int count, unsigned quality) noexcept
 {
-    interpolateBody<Doubles4> (buffer, index, fraction, stride, out, outStride, count, quality);
+    interpolateBody<Doubles4> (buffer, index, fraction, out, count, quality);
 }
 
 QUORLANE_TARGET_FMA void allpassFma (const double* reads, double g, double* io, double* written, int count) noexcept
@@ -510,7 +515,7 @@ const DelayKernels& DelayKernels::best()
 
         if (__builtin_cpu_supports ("avx2") && __builtin_cpu_supports ("fma"))
         {
-            static const DelayKernels avx { planAvx, interpolateFma, allpassFma };
+            static const DelayKernels avx { planFma, interpolateFma, allpassFma };
             return avx;
         }
        #endif

@@ -4,16 +4,16 @@
 
 // The per-block inner loops of the delay elements, compiled once for the
 // portable instruction set and, on x86-64, once more for AVX2 with fused
-// multiply-adds; best() picks the fastest one the processor runs. Both produce
-// the same read positions bit for bit (no fused multiply-adds there), so the
-// choice only changes the rounding of the signal arithmetic.
+// multiply-adds; best() picks the fastest one the processor runs. The two
+// round differently in the last bits, and agree with the per-sample
+// definition of the elements to far below what can be heard.
 struct DelayKernels
 {
     static constexpr int blockSize = 32;
     static constexpr int maxLanes = 32;
 
     // Modulation and glide state of a set of modulated allpass elements, one
-    // entry per lane, the lane count padded to a multiple of 4.
+    // entry per lane.
     struct Lanes
     {
         alignas (64) double length[maxLanes];
@@ -35,22 +35,21 @@ struct DelayKernels
         bool settled[maxLanes]; // neither length nor depth is gliding
     };
 
-    // Read positions of every lane for one block, sample-major: where the
+    // Read positions of every lane for one block, lane by lane: where the
     // newest sample of each read is stored, and the fraction.
     struct Plan
     {
-        alignas (64) std::int32_t index[blockSize][maxLanes];
-        alignas (64) double fraction[blockSize][maxLanes];
+        alignas (64) std::int32_t index[maxLanes][blockSize];
+        alignas (64) double fraction[maxLanes][blockSize];
     };
 
-    // Advances the first `lanes` lanes (a multiple of 4) by one block and
-    // fills the plan.
+    // Advances the first `lanes` lanes by one block and fills the plan.
     void (*plan) (Lanes&, Plan&, int lanes) noexcept;
 
-    // Interpolated reads: for n < count, out[n * outStride] is the read at
-    // index[n * stride] + fraction[n * stride] in the quality's variant.
+    // Interpolated reads: for n < count, out[n] is the read at index[n] +
+    // fraction[n] in the quality's variant.
     void (*interpolate) (const double* buffer, const std::int32_t* index, const double* fraction,
-                         int stride, double* out, int outStride, int count, unsigned quality) noexcept;
+                         double* out, int count, unsigned quality) noexcept;
 
     // The allpass update of `count` samples in place over io, given their
     // reads; the values for the element's buffer go to `written`.
