@@ -8,8 +8,10 @@
 #include <new>
 
 DelayElement::DelayElement (std::uint32_t a, std::uint32_t b)
-    : randomA (a % 3060 + 12345), randomB (b % 3060 + 12345)
 {
+    motion.randomA = a % 3060 + 12345;
+    motion.randomB = b % 3060 + 12345;
+
     // The shared tables are built by the first element, not by the audio
     // thread on first use.
     InterpolationTables::get();
@@ -45,9 +47,9 @@ void DelayElement::prepare (double sampleRate)
         clear();
 
     rate = 2.0 * (1.0 - std::pow (0.5, 44100.0 / sampleRate));
-    glide = rate * 0.0001;
-    length = clampLength (length);
-    setLength (targetLength);
+    motion.glide = rate * 0.0001;
+    motion.length = clampLength (motion.length);
+    setLength (motion.targetLength);
 }
 
 void DelayElement::clear() noexcept
@@ -68,36 +70,36 @@ double DelayElement::clampLength (double samples) const noexcept
 
 void DelayElement::setLength (double samples) noexcept
 {
-    targetLength = clampLength (samples);
-    lfoCountdown = 2.0 * targetLength;
-    lfoCoefficient = (1.0 - std::exp (-1.0 / targetLength)) * rate;
-    lengthSettled = false;
+    motion.targetLength = clampLength (samples);
+    motion.lfoCountdown = 2.0 * motion.targetLength;
+    motion.lfoCoefficient = (1.0 - std::exp (-1.0 / motion.targetLength)) * rate;
+    motion.lengthSettled = false;
 }
 
 void DelayElement::init (double samples, double newDepth, double g) noexcept
 {
     setLength (samples);
-    length = targetLength;
-    depth = targetDepth = newDepth;
-    depthSettled = false;
+    motion.length = motion.targetLength;
+    motion.depth = motion.targetDepth = newDepth;
+    motion.depthSettled = false;
     coefficient = g;
-    lfoStage1 = lfoStage2 = 0.5;
+    motion.lfoStage1 = motion.lfoStage2 = 0.5;
 }
 
 void DelayElement::setDepth (double newDepth) noexcept
 {
-    targetDepth = newDepth;
-    depthSettled = false;
+    motion.targetDepth = newDepth;
+    motion.depthSettled = false;
 }
 
 void DelayElement::glideLength() noexcept
 {
-    if (lengthSettled)
+    if (motion.lengthSettled)
         return;
 
-    const double next = length - (length - targetLength) * glide + 1e-20;
-    lengthSettled = next == length;
-    length = next;
+    const double next = motion.length - (motion.length - motion.targetLength) * motion.glide + 1e-20;
+    motion.lengthSettled = next == motion.length;
+    motion.length = next;
 }
 
 void DelayElement::advanceWriteIndex() noexcept
@@ -125,7 +127,7 @@ void DelayElement::advanceWriteIndex() noexcept
 // buffer is being overwritten by this very block.
 inline void DelayElement::position (std::int32_t w, std::int32_t wrap, std::int32_t& index, double& fraction) const noexcept
 {
-    const double at = std::max ((double) (w + wrap) - length, (double) w + 64.0);
+    const double at = std::max ((double) (w + wrap) - motion.length, (double) w + 64.0);
     const auto whole = (std::int32_t) at;
     index = physical (whole, capacity);
     fraction = at - (double) whole;
@@ -142,7 +144,7 @@ void DelayElement::process (const double* input, double* output, unsigned qualit
 
     // Where the length stays put, the positions of the block are a plain
     // ramp, computed several at a time.
-    if (lengthSettled)
+    if (motion.lengthSettled)
     {
         for (int n = 0; n < blockSize; ++n)
         {

@@ -44,8 +44,8 @@ public:
                   const DelayKernels& kernels = DelayKernels::best()) noexcept;
 
     int getCapacity() const noexcept       { return capacity; }
-    double getTargetLength() const noexcept { return targetLength; }
-    double getTargetDepth() const noexcept  { return targetDepth; }
+    double getTargetLength() const noexcept { return motion.targetLength; }
+    double getTargetDepth() const noexcept  { return motion.targetDepth; }
     double getCoefficient() const noexcept  { return coefficient; }
 
 private:
@@ -95,18 +95,7 @@ private:
     int capacity = 0;
     bool silent = true; // nothing written since the buffer was last zeroed
 
-    std::uint32_t randomA, randomB;
-    double lfoCoefficient = 0.0;
-    double lfoTarget = 0.5, lfoStage1 = 0.5, lfoStage2 = 0.5;
-    double lfoCountdown = 0.0;
-
+    DelayKernels::Motion motion;
     double rate = 1.0;
-    double glide = 0.0001;
-    double length = 10.0, targetLength = 10.0;
-    double depth = 0.0, targetDepth = 0.0;
     double coefficient = 0.0;
-
-    // A glide stops changing its value once it has reached its fixed point;
-    // from then on it is skipped until a new target is set.
-    bool lengthSettled = false, depthSettled = false;
 };

@@ -14,76 +14,26 @@ int DelayElementBank::add (DelayElement& element) noexcept
     return laneCount++;
 }
 
-void DelayElementBank::loadLanes() noexcept
+void DelayElementBank::beginBlock (unsigned q) noexcept
 {
-    for (int i = 0; i < laneCount; ++i)
-    {
-        const DelayElement& e = *elements[(size_t) i];
-        lanes.length[i] = e.length;
-        lanes.targetLength[i] = e.targetLength;
-        lanes.depth[i] = e.depth;
-        lanes.targetDepth[i] = e.targetDepth;
-        lanes.glide[i] = e.glide;
-        lanes.stage1[i] = e.lfoStage1;
-        lanes.stage2[i] = e.lfoStage2;
-        lanes.lfoTarget[i] = e.lfoTarget;
-        lanes.lfoCoefficient[i] = e.lfoCoefficient;
-        lanes.countdown[i] = e.lfoCountdown;
-        lanes.writeBase[i] = (double) (e.writeIndex + (std::uint32_t) e.capacity);
-        lanes.capacity[i] = (double) e.capacity;
-        lanes.wholeCapacity[i] = e.capacity;
-        lanes.wrapIndex[i] = e.capacity + DelayElement::guard - 1;
-        lanes.randomA[i] = e.randomA;
-        lanes.randomB[i] = e.randomB;
-        lanes.settled[i] = e.lengthSettled && e.depthSettled;
-    }
-}
+    quality = q;
 
-void DelayElementBank::storeLanes() noexcept
-{
     for (int i = 0; i < laneCount; ++i)
     {
         DelayElement& e = *elements[(size_t) i];
 
-        e.length = lanes.length[i];
-        e.depth = lanes.depth[i];
-
-        // A glide that a further step would leave unchanged has settled.
-        e.lengthSettled = e.length == e.length - (e.length - e.targetLength) * e.glide + 1e-20;
-        e.depthSettled = e.depth == e.depth - (e.depth - e.targetDepth) * e.glide + 1e-20;
-        e.lfoStage1 = lanes.stage1[i];
-        e.lfoStage2 = lanes.stage2[i];
-        e.lfoTarget = lanes.lfoTarget[i];
-        e.lfoCountdown = lanes.countdown[i];
-        e.randomA = lanes.randomA[i];
-        e.randomB = lanes.randomB[i];
-    }
-}
-
-void DelayElementBank::beginBlock (unsigned q) noexcept
-{
-    quality = q;
-    loadLanes();
-
-    // A lane whose delay stays at least a block long never reads what it
-    // writes during the block, so all its reads can be made now.
-    for (int i = 0; i < laneCount; ++i)
-        readsReady[(size_t) i] = std::min (lanes.length[i], lanes.targetLength[i]) >= blockSize;
-
-    kernels.plan (lanes, plan, laneCount);
-    storeLanes();
-
-    for (int i = 0; i < laneCount; ++i)
-    {
-        const double* buffer = elements[(size_t) i]->buffer;
+        // A lane whose delay stays at least a block long never reads what it
+        // writes during the block, so all its reads can be made now.
+        readsReady[(size_t) i] = std::min (e.motion.length, e.motion.targetLength) >= blockSize;
+        kernels.plan (e.motion, e.writeIndex, e.capacity, index[i], fraction[i]);
 
         if (readsReady[(size_t) i])
-            kernels.interpolate (buffer, plan.index[i], plan.fraction[i], reads[i], blockSize, quality);
+            kernels.interpolate (e.buffer, index[i], fraction[i], reads[i], blockSize, quality);
 
         // Too many elements read at once for the processor to follow every
         // stream by itself: fetch what the next block will read.
         for (int line = 1; line <= blockSize + 8; line += 8)
-            __builtin_prefetch (buffer + plan.index[i][blockSize - 1] + line);
+            __builtin_prefetch (e.buffer + index[i][blockSize - 1] + line);
     }
 }
 
@@ -114,7 +64,7 @@ void DelayElementBank::process (int lane, double* io) noexcept
         w -= w >= capacity ? capacity : 0;
 
         double d;
-        kernels.interpolate (buffer, &plan.index[lane][n], &plan.fraction[lane][n], &d, 1, quality);
+        kernels.interpolate (buffer, &index[lane][n], &fraction[lane][n], &d, 1, quality);
         kernels.allpass (&d, g, io + n, buffer + w, 1);
 
         if (w < (std::uint32_t) DelayElement::guard)

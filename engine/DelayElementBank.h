@@ -7,18 +7,18 @@
 
 // Runs a set of delay elements as modulated allpasses, one block at a time.
 //
-// The glides and LFOs of all elements are stepped together, several lanes at
-// a time, before any audio is processed: their read positions do not depend on
-// the signal, and stepping many elements side by side turns a long chain of
-// dependent arithmetic into wide independent work. Where an element's reads
-// cannot see the samples written during the block (its delay is at least a
-// block long), the interpolated reads are made up front too, and the allpass
-// itself becomes a short loop without dependencies between samples.
+// The read positions of every element are planned for the whole block before
+// any audio is processed: they do not depend on the signal, and the glides and
+// the LFO have closed forms that give every sample of a block independently.
+// Where an element's reads cannot see the samples written during the block
+// (its delay is at least a block long), the interpolated reads are made up
+// front too, and the allpass itself becomes a short loop without dependencies
+// between samples.
 class DelayElementBank
 {
 public:
     static constexpr int blockSize = DelayKernels::blockSize;
-    static constexpr int maxLanes = DelayKernels::maxLanes;
+    static constexpr int maxLanes = 32;
 
     explicit DelayElementBank (const DelayKernels& kernels = DelayKernels::best()) noexcept;
 
@@ -33,16 +33,16 @@ public:
     void process (int lane, double* io) noexcept;
 
 private:
-    void loadLanes() noexcept;
-    void storeLanes() noexcept;
 
     const DelayKernels& kernels;
     std::array<DelayElement*, maxLanes> elements {};
     int laneCount = 0;
     unsigned quality = 0;
 
-    DelayKernels::Lanes lanes {};
-    DelayKernels::Plan plan {};
+    // Where each lane reads during the block: the stored index of the newest
+    // sample of each read, and the fraction.
+    alignas (64) std::int32_t index[maxLanes][blockSize] {};
+    alignas (64) double fraction[maxLanes][blockSize] {};
     alignas (64) double reads[maxLanes][blockSize] {};
     std::array<bool, maxLanes> readsReady {};
 };

@@ -171,21 +171,25 @@ QUORLANE_INLINE double power (double x, int k)
 // The countdown falls by exactly 1 per sample (every value it takes is
 // exact), so when the steps fall is computed, not counted.
 template <typename Native>
-QUORLANE_INLINE void planLane (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int l)
+QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex, int wholeCapacity,
+                               std::int32_t* index, double* fraction)
 {
     using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
     constexpr int blockSize = DelayKernels::blockSize;
     constexpr int chunk = Chunk::width;
     static constexpr double ramp[chunk] = { 0.0, 1.0, 2.0, 3.0 };
 
-    const bool gliding = ! s.settled[l];
-    const double capacity = s.capacity[l];
-    const double base = s.writeBase[l];
+    const bool gliding = ! (m.lengthSettled && m.depthSettled);
+    const double capacity = (double) wholeCapacity;
+    const double base = (double) (writeIndex + (std::uint32_t) wholeCapacity);
 
-    // Length and depth of every sample, where they glide.
+    // Length and depth of every sample, where either glides; a settled one
+    // keeps its value (its glide towards itself from 0 away).
     alignas (64) double lengths[blockSize], depths[blockSize];
-    const double r = 1.0 - s.glide[l], r2 = r * r;
-    const double lengthFrom = s.length[l] - s.targetLength[l], depthFrom = s.depth[l] - s.targetDepth[l];
+    const double r = 1.0 - m.glide, r2 = r * r;
+    const double lengthTo = m.lengthSettled ? m.length : m.targetLength;
+    const double depthTo = m.depthSettled ? m.depth : m.targetDepth;
+    const double lengthFrom = m.length - lengthTo, depthFrom = m.depth - depthTo;
 
     if (gliding)
     {
@@ -195,18 +199,18 @@ QUORLANE_INLINE void planLane (DelayKernels::Lanes& s, DelayKernels::Plan& plan,
 
         for (int n = 0; n < blockSize; n += chunk)
         {
-            (Chunk::broadcast (s.targetLength[l]) + Chunk::broadcast (lengthFrom) * powers).store (lengths + n);
-            (Chunk::broadcast (s.targetDepth[l]) + Chunk::broadcast (depthFrom) * powers).store (depths + n);
+            (Chunk::broadcast (lengthTo) + Chunk::broadcast (lengthFrom) * powers).store (lengths + n);
+            (Chunk::broadcast (depthTo) + Chunk::broadcast (depthFrom) * powers).store (depths + n);
             powers = powers * step;
         }
     }
 
     // Stage 2 of the LFO for every sample, segment by segment.
     alignas (64) double stage[blockSize + chunk];
-    const double c = s.lfoCoefficient[l], a = 1.0 - c, a2 = a * a;
+    const double c = m.lfoCoefficient, a = 1.0 - c, a2 = a * a;
     const double firstPowers[chunk] = { a, a2, a2 * a, a2 * a2 };
-    double target = s.lfoTarget[l];
-    double from1 = s.stage1[l] - target, from2 = s.stage2[l] - target;
+    double target = m.lfoTarget;
+    double from1 = m.lfoStage1 - target, from2 = m.lfoStage2 - target;
     int start = 0;
 
     auto fill = [&] (int end)
@@ -230,7 +234,7 @@ QUORLANE_INLINE void planLane (DelayKernels::Lanes& s, DelayKernels::Plan& plan,
         stage2 = target + p * (from2 + steps * c * from1);
     };
 
-    const double countdown = s.countdown[l];
+    const double countdown = m.lfoCountdown;
     double countdownSetTo = countdown;
     int countdownSetAt = 0;
     int nextLfo = countdown < 0.0 ? 0 : countdown < blockSize ? (int) countdown + 1 : blockSize;
@@ -242,12 +246,12 @@ QUORLANE_INLINE void planLane (DelayKernels::Lanes& s, DelayKernels::Plan& plan,
 
         double stage1, stage2;
         stagesAfter (n - start, stage1, stage2);
-        target = nextLfoTarget (s.randomA[l], s.randomB[l]);
+        target = nextLfoTarget (m.randomA, m.randomB);
         from1 = stage1 - target;
         from2 = stage2 - target;
         start = n;
 
-        countdownSetTo = 2.0 * (gliding ? lengths[n] : s.length[l]);
+        countdownSetTo = 2.0 * (gliding ? lengths[n] : m.length);
         countdownSetAt = n + 1;
         nextLfo = n + 2 + (int) std::min (countdownSetTo, (double) blockSize);
     }
@@ -261,19 +265,18 @@ QUORLANE_INLINE void planLane (DelayKernels::Lanes& s, DelayKernels::Plan& plan,
     const int wrapAt = (int) (2.0 * capacity - base);
 
     // Whether the modulated delay could come near the oldest samples.
-    const double length = s.length[l], depth = s.depth[l];
-    const double longest = std::max (length, s.targetLength[l]) * (1.0 + std::max (depth, s.targetDepth[l]));
+    const double length = m.length, depth = m.depth;
+    const double longest = std::max (length, m.targetLength) * (1.0 + std::max (depth, m.targetDepth));
     const bool clamped = ! (longest + 2.0 < capacity - 64.0);
     const Chunk oldestOffset = Chunk::broadcast (capacity - 64.0), tiny = Chunk::broadcast (1e-20);
     const Chunk four = Chunk::broadcast ((double) chunk);
-    const std::int32_t wrapIndex = s.wrapIndex[l], wholeCapacity = s.wholeCapacity[l];
-    std::int32_t* const index = plan.index[l];
-    double* const fraction = plan.fraction[l];
+    const std::int32_t wrapIndex = wholeCapacity + blockSize - 1; // the first position stored at - capacity
 
     auto positions = [&] (auto glidingNow)
     {
         Chunk at = Chunk::broadcast (base) + Chunk::load (ramp);
 
+       #pragma GCC unroll 8
         for (int n = 0; n < blockSize; n += chunk, at = at + four)
         {
             Chunk position;
@@ -307,21 +310,17 @@ QUORLANE_INLINE void planLane (DelayKernels::Lanes& s, DelayKernels::Plan& plan,
     if (gliding)
     {
         const double r32 = power (r, blockSize);
-        s.length[l] = s.targetLength[l] + lengthFrom * r32;
-        s.depth[l] = s.targetDepth[l] + depthFrom * r32;
+        m.length = lengthTo + lengthFrom * r32;
+        m.depth = depthTo + depthFrom * r32;
+
+        // Settled where a further step of the glide would leave it unchanged.
+        m.lengthSettled = m.length == m.length - (m.length - m.targetLength) * m.glide + 1e-20;
+        m.depthSettled = m.depth == m.depth - (m.depth - m.targetDepth) * m.glide + 1e-20;
     }
 
-    stagesAfter (blockSize - start, s.stage1[l], s.stage2[l]);
-    s.lfoTarget[l] = target;
-    s.countdown[l] = countdownSetTo - (double) (blockSize - countdownSetAt);
-    s.writeBase[l] = base + blockSize - (wrapAt < blockSize ? capacity : 0.0);
-}
-
-template <typename Native>
-QUORLANE_INLINE void planBody (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int lanes)
-{
-    for (int l = 0; l < lanes; ++l)
-        planLane<Native> (s, plan, l);
+    stagesAfter (blockSize - start, m.lfoStage1, m.lfoStage2);
+    m.lfoTarget = target;
+    m.lfoCountdown = countdownSetTo - (double) (blockSize - countdownSetAt);
 }
 
 QUORLANE_INLINE double linearRead (const double* buffer, std::int32_t index, double fraction)
@@ -465,9 +464,9 @@ QUORLANE_INLINE void allpassBody (const double* reads, double g, double* io, dou
     }
 }
 
-void planPortable (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int lanes) noexcept
+void planPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, std::int32_t* index, double* fraction) noexcept
 {
-    planBody<Doubles2> (s, plan, lanes);
+    planBody<Doubles2> (m, writeIndex, capacity, index, fraction);
 }
 
 void interpolatePortable (const double* buffer, const std::int32_t* index, const double* fraction,
@@ -482,9 +481,10 @@ void allpassPortable (const double* reads, double g, double* io, double* written
 }
 
 #if QUORLANE_X86_DISPATCH
-QUORLANE_TARGET_FMA void planFma (DelayKernels::Lanes& s, DelayKernels::Plan& plan, int lanes) noexcept
+QUORLANE_TARGET_FMA void planFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
+                                  std::int32_t* index, double* fraction) noexcept
 {
-    planBody<Doubles4> (s, plan, lanes);
+    planBody<Doubles4> (m, writeIndex, capacity, index, fraction);
 }
 
 QUORLANE_TARGET_FMA void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,

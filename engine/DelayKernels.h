@@ -10,41 +10,28 @@
 struct DelayKernels
 {
     static constexpr int blockSize = 32;
-    static constexpr int maxLanes = 32;
 
-    // Modulation and glide state of a set of modulated allpass elements, one
-    // entry per lane.
-    struct Lanes
+    // Glide and LFO state of one delay element.
+    struct Motion
     {
-        alignas (64) double length[maxLanes];
-        alignas (64) double targetLength[maxLanes];
-        alignas (64) double depth[maxLanes];
-        alignas (64) double targetDepth[maxLanes];
-        alignas (64) double glide[maxLanes];
-        alignas (64) double stage1[maxLanes];
-        alignas (64) double stage2[maxLanes];
-        alignas (64) double lfoTarget[maxLanes];
-        alignas (64) double lfoCoefficient[maxLanes];
-        alignas (64) double countdown[maxLanes];
-        alignas (64) double writeBase[maxLanes]; // write index + capacity
-        alignas (64) double capacity[maxLanes];
-        alignas (64) std::int32_t wholeCapacity[maxLanes];
-        alignas (64) std::int32_t wrapIndex[maxLanes]; // capacity + 31: the first position stored at - capacity
-        std::uint32_t randomA[maxLanes];
-        std::uint32_t randomB[maxLanes];
-        bool settled[maxLanes]; // neither length nor depth is gliding
+        double length = 10.0, targetLength = 10.0;
+        double depth = 0.0, targetDepth = 0.0;
+        double glide = 0.0001;
+        double lfoCoefficient = 0.0;
+        double lfoTarget = 0.5, lfoStage1 = 0.5, lfoStage2 = 0.5;
+        double lfoCountdown = 0.0;
+        std::uint32_t randomA = 0, randomB = 0;
+
+        // A glide stops changing its value once it has reached its fixed
+        // point; from then on it is skipped until a new target is set.
+        bool lengthSettled = false, depthSettled = false;
     };
 
-    // Read positions of every lane for one block, lane by lane: where the
-    // newest sample of each read is stored, and the fraction.
-    struct Plan
-    {
-        alignas (64) std::int32_t index[maxLanes][blockSize];
-        alignas (64) double fraction[maxLanes][blockSize];
-    };
-
-    // Advances the first `lanes` lanes by one block and fills the plan.
-    void (*plan) (Lanes&, Plan&, int lanes) noexcept;
+    // Advances an element's motion by one block and plans its reads there:
+    // for each sample, where the newest sample of the read is stored and the
+    // fraction. The element holds `capacity` samples and writes the block at
+    // writeIndex.
+    void (*plan) (Motion&, std::uint32_t writeIndex, int capacity, std::int32_t* index, double* fraction) noexcept;
 
     // Interpolated reads: for n < count, out[n] is the read at index[n] +
     // fraction[n] in the quality's variant.
