@@ -213,18 +213,33 @@ QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex
     double from1 = m.lfoStage1 - target, from2 = m.lfoStage2 - target;
     int start = 0;
 
-    auto fill = [&] (int end)
+    // Stage 2 of the current segment, a chunk at a time from its start.
+    struct StageChunks
     {
-        Chunk powers = Chunk::load (firstPowers);
-        Chunk weights = Chunk::broadcast (from2) + Chunk::broadcast (c * from1) * (Chunk::load (ramp) + Chunk::broadcast (1.0));
-        const Chunk powerStep = Chunk::broadcast (a2 * a2), weightStep = Chunk::broadcast (4.0 * c * from1);
+        Chunk target, powers, weights, powerStep, weightStep;
 
-        for (int n = start; n < end; n += chunk)
+        QUORLANE_INLINE Chunk next()
         {
-            (Chunk::broadcast (target) + powers * weights).store (stage + n);
+            const Chunk value = target + powers * weights;
             powers = powers * powerStep;
             weights = weights + weightStep;
+            return value;
         }
+    };
+
+    auto segment = [&]
+    {
+        return StageChunks { Chunk::broadcast (target), Chunk::load (firstPowers),
+                             Chunk::broadcast (from2) + Chunk::broadcast (c * from1) * (Chunk::load (ramp) + Chunk::broadcast (1.0)),
+                             Chunk::broadcast (a2 * a2), Chunk::broadcast (4.0 * c * from1) };
+    };
+
+    auto fill = [&] (int end)
+    {
+        StageChunks chunks = segment();
+
+        for (int n = start; n < end; n += chunk)
+            chunks.next().store (stage + n);
     };
 
     auto stagesAfter = [&] (int steps, double& stage1, double& stage2)
@@ -256,7 +271,12 @@ QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex
         nextLfo = n + 2 + (int) std::min (countdownSetTo, (double) blockSize);
     }
 
-    fill (blockSize);
+    // Without an LFO step in the block (most blocks of all but the shortest
+    // elements), stage 2 is made as the positions need it.
+    const bool oneSegment = start == 0;
+
+    if (! oneSegment)
+        fill (blockSize);
 
     // Read positions. The write base falls back by the capacity where the
     // write index wraps; shifting a window over {0, 0, 0, 0, C, C, C, C}
@@ -272,23 +292,31 @@ QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex
     const Chunk four = Chunk::broadcast ((double) chunk);
     const std::int32_t wrapIndex = wholeCapacity + blockSize - 1; // the first position stored at - capacity
 
-    auto positions = [&] (auto glidingNow)
+    auto positions = [&] (auto glidingNow, auto stageNow)
     {
         Chunk at = Chunk::broadcast (base) + Chunk::load (ramp);
+        StageChunks stages = segment();
 
        #pragma GCC unroll 8
         for (int n = 0; n < blockSize; n += chunk, at = at + four)
         {
+            Chunk stage2;
+
+            if constexpr (stageNow)
+                stage2 = stages.next();
+            else
+                stage2 = Chunk::load (stage + n);
+
             Chunk position;
 
             if constexpr (glidingNow)
             {
                 const Chunk lengthNow = Chunk::load (lengths + n);
-                position = at - lengthNow - (Chunk::load (stage + n) * Chunk::load (depths + n) * lengthNow + tiny);
+                position = at - lengthNow - (stage2 * Chunk::load (depths + n) * lengthNow + tiny);
             }
             else
             {
-                position = at - Chunk::broadcast (length) - (Chunk::load (stage + n) * Chunk::broadcast (depth * length) + tiny);
+                position = at - Chunk::broadcast (length) - (stage2 * Chunk::broadcast (depth * length) + tiny);
             }
 
             if (n + chunk > wrapAt)
@@ -302,9 +330,9 @@ QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex
     };
 
     if (gliding)
-        positions (std::true_type {});
+        oneSegment ? positions (std::true_type {}, std::true_type {}) : positions (std::true_type {}, std::false_type {});
     else
-        positions (std::false_type {});
+        oneSegment ? positions (std::false_type {}, std::true_type {}) : positions (std::false_type {}, std::false_type {});
 
     // The state after the block.
     if (gliding)
@@ -327,6 +355,48 @@ QUORLANE_INLINE double linearRead (const double* buffer, std::int32_t index, dou
 {
     const double older = buffer[index - 1];
     return older + (buffer[index] - older) * fraction;
+}
+
+// Linear reads, a native vector at a time: each read's two neighbours are
+// loaded as one pair, and the pairs are regrouped into older and newer samples.
+template <typename Native>
+QUORLANE_INLINE void linearReads (const double* buffer, const std::int32_t* index, const double* fraction,
+                                  double* out, int count)
+{
+    auto pair = [buffer, index] (int n)
+    {
+        Doubles2 p;
+        loadUnaligned (p, buffer + index[n] - 1);
+        return p;
+    };
+
+    constexpr int width = Pack<Native, 1>::width;
+    int n = 0;
+
+    for (; n + width <= count; n += width)
+    {
+        Native older, newer, f;
+
+        if constexpr (width == 4)
+        {
+            const Doubles4 first = __builtin_shufflevector (pair (n), pair (n + 2), 0, 1, 2, 3);
+            const Doubles4 second = __builtin_shufflevector (pair (n + 1), pair (n + 3), 0, 1, 2, 3);
+            older = __builtin_shufflevector (first, second, 0, 4, 2, 6);
+            newer = __builtin_shufflevector (first, second, 1, 5, 3, 7);
+        }
+        else
+        {
+            const Doubles2 first = pair (n), second = pair (n + 1);
+            older = __builtin_shufflevector (first, second, 0, 2);
+            newer = __builtin_shufflevector (first, second, 1, 3);
+        }
+
+        loadUnaligned (f, fraction + n);
+        storeUnaligned (out + n, (Native) (older + (newer - older) * f));
+    }
+
+    for (; n < count; ++n)
+        out[n] = linearRead (buffer, index[n], fraction[n]);
 }
 
 // The four sums of four values each, horizontally: result[k] = sum of s_k.
@@ -426,11 +496,7 @@ QUORLANE_INLINE void interpolateBody (const double* buffer, const std::int32_t* 
 
     switch (quality)
     {
-        case 0:
-           #pragma GCC unroll 8
-            for (int n = 0; n < count; ++n)
-                out[n] = linearRead (buffer, index[n], fraction[n]);
-            break;
+        case 0:  linearReads<Native> (buffer, index, fraction, out, count); break;
         case 1:  sincReads<Native, 8> (buffer, index, fraction, out, count, table); break;
         case 2:  sincReads<Native, 16> (buffer, index, fraction, out, count, table); break;
         default: sincReads<Native, 32> (buffer, index, fraction, out, count, table); break;
