@@ -184,7 +184,7 @@ QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex
     const double base = (double) (writeIndex + (std::uint32_t) wholeCapacity);
 
     // Length and depth of every sample, where either glides; a settled one
-    // keeps its value (its glide towards itself from 0 away).
+    // keeps its value exactly (a glide to itself from no distance).
     alignas (64) double lengths[blockSize], depths[blockSize];
     const double r = 1.0 - m.glide, r2 = r * r;
     const double lengthTo = m.lengthSettled ? m.length : m.targetLength;
@@ -205,7 +205,8 @@ QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex
         }
     }
 
-    // Stage 2 of the LFO for every sample, segment by segment.
+    // Stage 2 of the LFO for every sample, where it has more than one
+    // segment.
     alignas (64) double stage[blockSize + chunk];
     const double c = m.lfoCoefficient, a = 1.0 - c, a2 = a * a;
     const double firstPowers[chunk] = { a, a2, a2 * a, a2 * a2 };
