@@ -133,6 +133,20 @@ struct Pack
             storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - __builtin_convertvector (whole, Native)));
         }
     }
+
+    // The same where every position is known to lie on one side of the
+    // wrap: their stored indices are all `shift` below their integer parts.
+    QUORLANE_INLINE void splitShifted (std::int32_t shift, std::int32_t* index, double* fraction) const
+    {
+        using Ints = typename Traits<Native>::Ints;
+
+        for (int i = 0; i < count; ++i)
+        {
+            const Ints whole = __builtin_convertvector (part[i], Ints);
+            storeUnaligned (index + i * nativeWidth, (Ints) (whole - shift));
+            storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - __builtin_convertvector (whole, Native)));
+        }
+    }
 };
 
 constexpr double randomScale = 4.656612874161595e-10;
@@ -158,6 +172,67 @@ QUORLANE_INLINE double power (double x, int k)
     return result;
 }
 
+// The block of most elements most of the time, in the closed forms below:
+// nothing glides, no LFO step and no wrap of the write index fall in it, and
+// the delay stays clear of the oldest samples. Returns false for any other.
+template <typename Native>
+QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
+                                 std::int32_t* index, double* fraction)
+{
+    using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
+    constexpr int blockSize = DelayKernels::blockSize;
+    constexpr int chunk = Chunk::width;
+    static constexpr double ramp[chunk] = { 0.0, 1.0, 2.0, 3.0 };
+
+    const double base = (double) (writeIndex + (std::uint32_t) capacity);
+    const double length = m.length, depth = m.depth;
+    const double longest = std::max (length, m.targetLength) * (1.0 + std::max (depth, m.targetDepth));
+
+    if (! (m.lengthSettled && m.depthSettled) || ! (m.lfoCountdown >= blockSize)
+        || base + blockSize > 2.0 * capacity || ! (longest + 2.0 < capacity - 64.0))
+        return false;
+
+    const double c = m.lfoCoefficient, a = 1.0 - c, a2 = a * a, a4 = a2 * a2;
+    const double target = m.lfoTarget, from1 = m.lfoStage1 - target, from2 = m.lfoStage2 - target;
+    const double firstPowers[chunk] = { a, a2, a2 * a, a4 };
+    const Chunk powerStep = Chunk::broadcast (a4), weightStep = Chunk::broadcast (4.0 * c * from1);
+    const Chunk targets = Chunk::broadcast (target), lengths = Chunk::broadcast (length);
+    const Chunk depthLength = Chunk::broadcast (depth * length), tiny = Chunk::broadcast (1e-20);
+    const Chunk four = Chunk::broadcast ((double) chunk);
+    Chunk powers = Chunk::load (firstPowers);
+    Chunk weights = Chunk::broadcast (from2) + Chunk::broadcast (c * from1) * (Chunk::load (ramp) + Chunk::broadcast (1.0));
+    Chunk at = Chunk::broadcast (base) + Chunk::load (ramp);
+
+    // Stage 2 stays within [0, 1], so every position lies between these two;
+    // where both are on one side of the wrap, so is the whole block.
+    const std::int32_t wrapIndex = capacity + blockSize - 1;
+    const double lowest = base - length - depth * length - 2.0;
+    const double highest = base + blockSize - length + 1.0;
+    const bool oneSide = lowest >= wrapIndex || highest < wrapIndex;
+    const std::int32_t shift = lowest >= wrapIndex ? capacity : 0;
+
+   #pragma GCC unroll 8
+    for (int n = 0; n < blockSize; n += chunk)
+    {
+        const Chunk stage2 = targets + powers * weights;
+        const Chunk position = at - lengths - (stage2 * depthLength + tiny);
+        powers = powers * powerStep;
+        weights = weights + weightStep;
+        at = at + four;
+
+        if (oneSide)
+            position.splitShifted (shift, index + n, fraction + n);
+        else
+            position.split (wrapIndex, capacity, index + n, fraction + n);
+    }
+
+    const double a32 = power (a4, 8);
+    m.lfoStage1 = target + a32 * from1;
+    m.lfoStage2 = target + a32 * (from2 + blockSize * c * from1);
+    m.lfoCountdown -= blockSize;
+    return true;
+}
+
 // The modulation and the glides are one-pole smoothers stepped once per
 // sample, which as recursions are a chain of dependent arithmetic per sample.
 // Their closed forms give every sample of a block independently:
@@ -179,9 +254,9 @@ QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex
     constexpr int chunk = Chunk::width;
     static constexpr double ramp[chunk] = { 0.0, 1.0, 2.0, 3.0 };
 
+    const double base = (double) (writeIndex + (std::uint32_t) wholeCapacity);
     const bool gliding = ! (m.lengthSettled && m.depthSettled);
     const double capacity = (double) wholeCapacity;
-    const double base = (double) (writeIndex + (std::uint32_t) wholeCapacity);
 
     // Length and depth of every sample, where either glides; a settled one
     // keeps its value exactly (a glide to itself from no distance).
@@ -531,9 +606,18 @@ QUORLANE_INLINE void allpassBody (const double* reads, double g, double* io, dou
     }
 }
 
-void planPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, std::int32_t* index, double* fraction) noexcept
+// The steady block inline, any other in a call of its own, so that the
+// steady one does not pay for the other's set-up.
+__attribute__ ((noinline)) void planAnyPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
+                                                 std::int32_t* index, double* fraction) noexcept
 {
     planBody<Doubles2> (m, writeIndex, capacity, index, fraction);
+}
+
+void planPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, std::int32_t* index, double* fraction) noexcept
+{
+    if (! planSteady<Doubles2> (m, writeIndex, capacity, index, fraction))
+        planAnyPortable (m, writeIndex, capacity, index, fraction);
 }
 
 void interpolatePortable (const double* buffer, const std::int32_t* index, const double* fraction,
@@ -548,10 +632,17 @@ void allpassPortable (const double* reads, double g, double* io, double* written
 }
 
 #if QUORLANE_X86_DISPATCH
+QUORLANE_TARGET_FMA __attribute__ ((noinline)) void planAnyFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
+                                                                 std::int32_t* index, double* fraction) noexcept
+{
+    planBody<Doubles4> (m, writeIndex, capacity, index, fraction);
+}
+
 QUORLANE_TARGET_FMA void planFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                   std::int32_t* index, double* fraction) noexcept
 {
-    planBody<Doubles4> (m, writeIndex, capacity, index, fraction);
+    if (! planSteady<Doubles4> (m, writeIndex, capacity, index, fraction))
+        planAnyFma (m, writeIndex, capacity, index, fraction);
 }
 
 QUORLANE_TARGET_FMA void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,
