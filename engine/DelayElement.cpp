@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <new>
 
 DelayElement::DelayElement (std::uint32_t a, std::uint32_t b)
@@ -92,16 +93,6 @@ void DelayElement::setDepth (double newDepth) noexcept
     motion.depthSettled = false;
 }
 
-void DelayElement::glideLength() noexcept
-{
-    if (motion.lengthSettled)
-        return;
-
-    const double next = motion.length - (motion.length - motion.targetLength) * motion.glide + 1e-20;
-    motion.lengthSettled = next == motion.length;
-    motion.length = next;
-}
-
 void DelayElement::advanceWriteIndex() noexcept
 {
     silent = false;
@@ -123,46 +114,18 @@ void DelayElement::advanceWriteIndex() noexcept
             __builtin_prefetch (buffer + ahead + line, 1);
 }
 
-// Never reach back further than capacity - 64 samples: the oldest part of the
-// buffer is being overwritten by this very block.
-inline void DelayElement::position (std::int32_t w, std::int32_t wrap, std::int32_t& index, double& fraction) const noexcept
-{
-    const double at = std::max ((double) (w + wrap) - motion.length, (double) w + 64.0);
-    const auto whole = (std::int32_t) at;
-    index = physical (whole, capacity);
-    fraction = at - (double) whole;
-}
-
 void DelayElement::process (const double* input, double* output, unsigned quality,
                             const DelayKernels& kernels) noexcept
 {
     std::int32_t index[blockSize];
     double fraction[blockSize];
 
-    const auto wrap = (std::int32_t) capacity;
-    const auto start = (std::int32_t) writeIndex;
-
-    // Where the length stays put, the positions of the block are a plain
-    // ramp, computed several at a time.
-    if (motion.lengthSettled)
-    {
-        for (int n = 0; n < blockSize; ++n)
-        {
-            std::int32_t w = start + n;
-            w -= w >= wrap ? wrap : 0;
-            position (w, wrap, index[n], fraction[n]);
-        }
-    }
-    else
-    {
-        for (int n = 0; n < blockSize; ++n)
-        {
-            glideLength();
-            std::int32_t w = start + n;
-            w -= w >= wrap ? wrap : 0;
-            position (w, wrap, index[n], fraction[n]);
-        }
-    }
+    // A plain delay is planned like a modulated one without modulation: its
+    // positions are those of its gliding length alone.
+    motion.depth = motion.targetDepth = 0.0;
+    motion.depthSettled = true;
+    motion.lfoCountdown = std::numeric_limits<double>::infinity();
+    kernels.plan (motion, writeIndex, capacity, index, fraction);
 
     // Each read reaches back at least one sample, so writing the whole block
     // first never changes what is read.

@@ -40,6 +40,7 @@ public:
     void setCoefficient (double g) noexcept { coefficient = g; }
 
     // Plain delay over one block; input and output may be the same buffer.
+    // A plain delay is never modulated: this clears any depth set.
     void process (const double* input, double* output, unsigned quality,
                   const DelayKernels& kernels = DelayKernels::best()) noexcept;
 
@@ -61,14 +62,6 @@ private:
 
     void allocate (int newCapacity);
     double clampLength (double samples) const noexcept;
-    void glideLength() noexcept;
-    void position (std::int32_t w, std::int32_t wrap, std::int32_t& index, double& fraction) const noexcept;
-
-    // Where a position of the mirrored buffer is stored.
-    static constexpr std::int32_t physical (std::int32_t position, std::int32_t capacity) noexcept
-    {
-        return position >= capacity + guard - 1 ? position - capacity : position;
-    }
 
     // Stores make (n) for the 32 samples of a block at the write index.
     template <typename Make>

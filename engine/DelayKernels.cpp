@@ -568,11 +568,16 @@ template <typename Native>
 QUORLANE_INLINE void interpolateBody (const double* buffer, const std::int32_t* index, const double* fraction,
                                       double* out, int count, unsigned quality)
 {
+    if (quality == 0)
+    {
+        linearReads<Native> (buffer, index, fraction, out, count);
+        return;
+    }
+
     const double* table = InterpolationTables::get().row (quality, 0);
 
     switch (quality)
     {
-        case 0:  linearReads<Native> (buffer, index, fraction, out, count); break;
         case 1:  sincReads<Native, 8> (buffer, index, fraction, out, count, table); break;
         case 2:  sincReads<Native, 16> (buffer, index, fraction, out, count, table); break;
         default: sincReads<Native, 32> (buffer, index, fraction, out, count, table); break;

@@ -349,13 +349,18 @@ void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs,
     {
         const int count = std::min (numSamples - done, blockSize - fill);
 
-        // NaN and infinity count as silence, for the network and the dry path.
+        // The span ends with the block it fills, so it never wraps in the
+        // ring. NaN and infinity count as silence, for the network and the
+        // dry path: x - x is 0 only for finite x.
         for (int c = 0; c < channels; ++c)
         {
-            for (int i = 0, w = writeIndex; i < count; ++i, w = (w + 1) & ringMask)
+            const float* in = inputs[c] + done;
+            double* to = ring[c] + writeIndex;
+
+            for (int i = 0; i < count; ++i)
             {
-                const double x = inputs[c][done + i];
-                ring[c][w] = std::isfinite (x) ? x : 0.0;
+                const double x = in[i];
+                to[i] = x - x == 0.0 ? x : 0.0;
             }
         }
 
@@ -371,8 +376,13 @@ void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs,
 
         // The read index trails the write index by one block: the latency.
         for (int c = 0; c < channels; ++c)
-            for (int i = 0, r = readIndex; i < count; ++i, r = (r + 1) & ringMask)
-                outputs[c][done + i] = (float) ring[c][r];
+        {
+            const double* from = ring[c] + readIndex;
+            float* out = outputs[c] + done;
+
+            for (int i = 0; i < count; ++i)
+                out[i] = (float) from[i];
+        }
 
         readIndex = (readIndex + count) & ringMask;
         done += count;
