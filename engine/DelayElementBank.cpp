@@ -48,7 +48,10 @@ void DelayElementBank::process (int lane, double* io) noexcept
         const int first = std::min (blockSize, e.capacity - w);
 
         kernels.allpass (reads[lane], g, io, e.buffer + w, first);
-        kernels.allpass (reads[lane] + first, g, io + first, e.buffer, blockSize - first);
+
+        if (first < blockSize)
+            kernels.allpass (reads[lane] + first, g, io + first, e.buffer, blockSize - first);
+
         e.advanceWriteIndex();
         return;
     }

@@ -396,16 +396,22 @@ void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs,
 // either channel's envelope has decayed.
 bool QuorlaneCore::gateOpen (int offset, int channels) noexcept
 {
-    bool sound = false;
+    // A sample is not zero where any bit but the sign is set.
+    std::uint64_t bits = 0;
 
     for (int c = 0; c < channels; ++c)
     {
+        std::memcpy (work[c], ring[c] + offset, sizeof (work[c]));
+
         for (int n = 0; n < blockSize; ++n)
         {
-            work[c][n] = ring[c][offset + n];
-            sound |= work[c][n] != 0.0;
+            std::uint64_t b;
+            std::memcpy (&b, work[c] + n, sizeof b);
+            bits |= b;
         }
     }
+
+    const bool sound = (bits & ~(std::uint64_t { 1 } << 63)) != 0;
 
     if (sound)
     {
@@ -568,18 +574,27 @@ void QuorlaneCore::mixAndMeter (int offset, int channels) noexcept
     if (mixersStill())
     {
         // Gains that a step would not change: the same arithmetic, a channel
-        // at a time, which the compiler runs several samples wide.
-        const double crossFade = crossFadeMix.value, wet = wetMix.value, fx = dryWetMix.value, volume = volumeMix.value;
+        // at a time and two samples at once.
+        const Pair crossFade = Pair {} + crossFadeMix.value, wet = Pair {} + wetMix.value;
+        const Pair fx = Pair {} + dryWetMix.value, volume = Pair {} + volumeMix.value;
 
         for (int c = 0; c < channels; ++c)
         {
             double* io = ring[c] + offset;
 
-            for (int n = 0; n < blockSize; ++n)
+            for (int n = 0; n < blockSize; n += 2)
             {
-                const double x = earlyOut[c][n] + (work[c][n] - earlyOut[c][n]) * crossFade;
-                const double out = ((wet * x - io[n]) * fx + io[n]) * volume + 1e-20;
-                io[n] = (double) (float) std::clamp (out, -floatMax, floatMax);
+                Pair early, late, dry;
+                std::memcpy (&early, earlyOut[c] + n, sizeof early);
+                std::memcpy (&late, work[c] + n, sizeof late);
+                std::memcpy (&dry, io + n, sizeof dry);
+
+                const Pair x = early + (late - early) * crossFade;
+                Pair out = ((wet * x - dry) * fx + dry) * volume + 1e-20;
+                out = out > top ? top : out;
+                out = out < -top ? -top : out;
+                out = __builtin_convertvector (__builtin_convertvector (out, Floats), Pair);
+                std::memcpy (io + n, &out, sizeof out);
             }
         }
 
