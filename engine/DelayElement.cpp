@@ -117,18 +117,15 @@ void DelayElement::advanceWriteIndex() noexcept
 void DelayElement::process (const double* input, double* output, unsigned quality,
                             const DelayKernels& kernels) noexcept
 {
-    std::int32_t index[blockSize];
-    double fraction[blockSize];
-
     // A plain delay is planned like a modulated one without modulation: its
     // positions are those of its gliding length alone.
     motion.depth = motion.targetDepth = 0.0;
     motion.depthSettled = true;
     motion.lfoCountdown = std::numeric_limits<double>::infinity();
-    kernels.plan (motion, writeIndex, capacity, index, fraction);
 
     // Each read reaches back at least one sample, so writing the whole block
     // first never changes what is read.
+    const std::uint32_t start = writeIndex;
     writeBlock ([input] (int n) { return input[n] + 1e-20; });
-    kernels.interpolate (buffer, index, fraction, output, blockSize, quality);
+    kernels.planAndRead (motion, start, capacity, buffer, output, quality);
 }

@@ -625,6 +625,25 @@ void planPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capaci
         planAnyPortable (m, writeIndex, capacity, index, fraction);
 }
 
+// Both in one function, so that the steady block's positions stay close to
+// its reads and no second call is made.
+template <typename Native, typename Plan>
+QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
+                                              const double* buffer, double* out, unsigned quality)
+{
+    alignas (64) std::int32_t index[DelayKernels::blockSize];
+    alignas (64) double fraction[DelayKernels::blockSize];
+    plan (m, writeIndex, capacity, index, fraction);
+    interpolateBody<Native> (buffer, index, fraction, out, DelayKernels::blockSize, quality);
+    return index[DelayKernels::blockSize - 1];
+}
+
+std::int32_t planAndReadPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, const double* buffer,
+                                  double* out, unsigned quality) noexcept
+{
+    return planAndReadBody<Doubles2> (planPortable, m, writeIndex, capacity, buffer, out, quality);
+}
+
 void interpolatePortable (const double* buffer, const std::int32_t* index, const double* fraction,
                           double* out, int count, unsigned quality) noexcept
 {
@@ -650,6 +669,12 @@ QUORLANE_TARGET_FMA void planFma (DelayKernels::Motion& m, std::uint32_t writeIn
         planAnyFma (m, writeIndex, capacity, index, fraction);
 }
 
+QUORLANE_TARGET_FMA std::int32_t planAndReadFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
+                                                  const double* buffer, double* out, unsigned quality) noexcept
+{
+    return planAndReadBody<Doubles4> (planFma, m, writeIndex, capacity, buffer, out, quality);
+}
+
 QUORLANE_TARGET_FMA void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,
                                          double* out, int count, unsigned quality) noexcept
 {
@@ -665,7 +690,7 @@ QUORLANE_TARGET_FMA void allpassFma (const double* reads, double g, double* io, 
 
 const DelayKernels& DelayKernels::portable()
 {
-    static const DelayKernels kernels { planPortable, interpolatePortable, allpassPortable };
+    static const DelayKernels kernels { planPortable, planAndReadPortable, interpolatePortable, allpassPortable };
     return kernels;
 }
 
@@ -678,7 +703,7 @@ const DelayKernels& DelayKernels::best()
 
         if (__builtin_cpu_supports ("avx2") && __builtin_cpu_supports ("fma"))
         {
-            static const DelayKernels avx { planFma, interpolateFma, allpassFma };
+            static const DelayKernels avx { planFma, planAndReadFma, interpolateFma, allpassFma };
             return avx;
         }
        #endif
