@@ -119,6 +119,21 @@ struct Pack
         return p;
     }
 
+    // Whole numbers back to doubles. GCC 12 splits the AVX conversion of
+    // four in two halves; one instruction does it.
+    template <typename Ints>
+    static QUORLANE_INLINE void toDoubles (const Ints& whole, Native& result)
+    {
+       #if QUORLANE_X86_DISPATCH
+        if constexpr (sizeof (Native) == 32)
+        {
+            asm ("vcvtdq2pd %1, %0" : "=x" (result) : "x" (whole));
+            return;
+        }
+       #endif
+        result = __builtin_convertvector (whole, Native);
+    }
+
     // Splits positions of the mirrored buffer into the stored index of their
     // integer parts and their fractions.
     QUORLANE_INLINE void split (std::int32_t wrapIndex, std::int32_t capacity, std::int32_t* index, double* fraction) const
@@ -130,7 +145,9 @@ struct Pack
         {
             const Ints whole = __builtin_convertvector (part[i], Ints);
             storeUnaligned (index + i * nativeWidth, (Ints) (whole >= wrap ? whole - size : whole));
-            storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - __builtin_convertvector (whole, Native)));
+            Native wholeAsDoubles;
+            toDoubles (whole, wholeAsDoubles);
+            storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - wholeAsDoubles));
         }
     }
 
@@ -144,7 +161,9 @@ struct Pack
         {
             const Ints whole = __builtin_convertvector (part[i], Ints);
             storeUnaligned (index + i * nativeWidth, (Ints) (whole - shift));
-            storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - __builtin_convertvector (whole, Native)));
+            Native wholeAsDoubles;
+            toDoubles (whole, wholeAsDoubles);
+            storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - wholeAsDoubles));
         }
     }
 };
