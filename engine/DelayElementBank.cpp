@@ -83,3 +83,33 @@ void DelayElementBank::process (int lane, double* io) noexcept
 
     e.advanceWriteIndex();
 }
+
+void DelayElementBank::processChain (int first, int step, int count, double* io) noexcept
+{
+    bool whole = true;
+
+    // In one pass where every stage's reads are made and its block is
+    // written without a wrap.
+    for (int s = 0; s < count; ++s)
+    {
+        const int lane = first + s * step;
+        const DelayElement& e = *elements[(size_t) lane];
+        whole = whole && readsReady[(size_t) lane] && (int) e.writeIndex + blockSize <= e.capacity;
+        chain.reads[s] = reads[lane];
+        chain.written[s] = e.buffer + e.writeIndex;
+        chain.gains[s] = e.coefficient;
+    }
+
+    if (! whole)
+    {
+        for (int s = 0; s < count; ++s)
+            process (first + s * step, io);
+
+        return;
+    }
+
+    kernels.allpassChain (chain.reads, chain.gains, io, chain.written, count);
+
+    for (int s = 0; s < count; ++s)
+        elements[(size_t) (first + s * step)]->advanceWriteIndex();
+}

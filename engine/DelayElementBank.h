@@ -32,6 +32,10 @@ public:
     // processed exactly once between two calls of beginBlock.
     void process (int lane, double* io) noexcept;
 
+    // Processes the lanes first, first + step, ... (count of them) in turn
+    // over io, as process would.
+    void processChain (int first, int step, int count, double* io) noexcept;
+
 private:
 
     const DelayKernels& kernels;
@@ -44,5 +48,13 @@ private:
     alignas (64) std::int32_t index[maxLanes][blockSize] {};
     alignas (64) double fraction[maxLanes][blockSize] {};
     alignas (64) double reads[maxLanes][blockSize] {};
+
+    // The stages of the chain being processed.
+    struct Chain
+    {
+        const double* reads[maxLanes] {};
+        double* written[maxLanes] {};
+        double gains[maxLanes] {};
+    } chain;
     std::array<bool, maxLanes> readsReady {};
 };

@@ -630,6 +630,43 @@ QUORLANE_INLINE void allpassBody (const double* reads, double g, double* io, dou
     }
 }
 
+// Stages one after the other over a block held in registers, so that the
+// signal is loaded and stored once for the whole chain.
+template <typename Native>
+QUORLANE_INLINE void allpassChainBody (const double* const* reads, const double* gains, double* io, double* const* written,
+                                       int stages)
+{
+    using P = Pack<Native, 1>;
+    constexpr int width = P::width;
+    constexpr int vectors = DelayKernels::blockSize / width;
+    const P tiny = P::broadcast (1e-20), minusOne = P::broadcast (-1.0);
+    P signal[vectors];
+
+   #pragma GCC unroll 16
+    for (int v = 0; v < vectors; ++v)
+        signal[v] = P::load (io + v * width);
+
+    for (int s = 0; s < stages; ++s)
+    {
+        const P coefficient = P::broadcast (gains[s]);
+        const double* r = reads[s];
+        double* w = written[s];
+
+       #pragma GCC unroll 16
+        for (int v = 0; v < vectors; ++v)
+        {
+            const P x = signal[v] + tiny;
+            const P y = (P::load (r + v * width) + tiny + coefficient * x + tiny) * minusOne;
+            (y * coefficient + x + tiny).store (w + v * width);
+            signal[v] = y;
+        }
+    }
+
+   #pragma GCC unroll 16
+    for (int v = 0; v < vectors; ++v)
+        signal[v].store (io + v * width);
+}
+
 // The steady block inline, any other in a call of its own, so that the
 // steady one does not pay for the other's set-up.
 __attribute__ ((noinline)) void planAnyPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
@@ -674,6 +711,12 @@ void allpassPortable (const double* reads, double g, double* io, double* written
     allpassBody<Doubles2> (reads, g, io, written, count);
 }
 
+void allpassChainPortable (const double* const* reads, const double* gains, double* io, double* const* written,
+                           int stages) noexcept
+{
+    allpassChainBody<Doubles2> (reads, gains, io, written, stages);
+}
+
 #if QUORLANE_X86_DISPATCH
 QUORLANE_TARGET_FMA __attribute__ ((noinline)) void planAnyFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                                                  std::int32_t* index, double* fraction) noexcept
@@ -704,12 +747,18 @@ QUORLANE_TARGET_FMA void allpassFma (const double* reads, double g, double* io, 
 {
     allpassBody<Doubles4> (reads, g, io, written, count);
 }
+
+QUORLANE_TARGET_FMA void allpassChainFma (const double* const* reads, const double* gains, double* io,
+                                          double* const* written, int stages) noexcept
+{
+    allpassChainBody<Doubles4> (reads, gains, io, written, stages);
+}
 #endif
 }
 
 const DelayKernels& DelayKernels::portable()
 {
-    static const DelayKernels kernels { planPortable, planAndReadPortable, interpolatePortable, allpassPortable };
+    static const DelayKernels kernels { planPortable, planAndReadPortable, interpolatePortable, allpassPortable, allpassChainPortable };
     return kernels;
 }
 
@@ -722,7 +771,7 @@ const DelayKernels& DelayKernels::best()
 
         if (__builtin_cpu_supports ("avx2") && __builtin_cpu_supports ("fma"))
         {
-            static const DelayKernels avx { planFma, planAndReadFma, interpolateFma, allpassFma };
+            static const DelayKernels avx { planFma, planAndReadFma, interpolateFma, allpassFma, allpassChainFma };
             return avx;
         }
        #endif

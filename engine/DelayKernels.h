@@ -48,6 +48,12 @@ struct DelayKernels
     // reads; the values for the element's buffer go to `written`.
     void (*allpass) (const double* reads, double g, double* io, double* written, int count) noexcept;
 
+    // A chain of `stages` allpass updates of a whole block in place over io,
+    // stage s with reads[s], coefficient gains[s], and its element's values
+    // going to written[s]: the same as one allpass call per stage in turn.
+    void (*allpassChain) (const double* const* reads, const double* gains, double* io, double* const* written,
+                          int stages) noexcept;
+
     static const DelayKernels& portable();
     static const DelayKernels& best();
 };

@@ -450,11 +450,8 @@ void QuorlaneCore::processBlock (int offset) noexcept
 
     stereoAllpasses.beginBlock (quality);
 
-    for (int i = 0; i < earlyStages; ++i)
-    {
-        stereoAllpasses.process (2 * i, work[0]);
-        stereoAllpasses.process (2 * i + 1, work[1]);
-    }
+    stereoAllpasses.processChain (0, 2, earlyStages, work[0]);
+    stereoAllpasses.processChain (1, 2, earlyStages, work[1]);
 
     earlyEq.process (work[0], work[1]);
     std::memcpy (earlyOut, work, sizeof (work));
@@ -481,11 +478,8 @@ void QuorlaneCore::processBlock (int offset) noexcept
         highPreviousOut[0] = previousOut[0]; highPreviousOut[1] = previousOut[1];
     }
 
-    for (int i = 0; i < lateStages; ++i)
-    {
-        stereoAllpasses.process (2 * earlyStages + 2 * i, work[0]);
-        stereoAllpasses.process (2 * earlyStages + 2 * i + 1, work[1]);
-    }
+    stereoAllpasses.processChain (2 * earlyStages, 2, lateStages, work[0]);
+    stereoAllpasses.processChain (2 * earlyStages + 1, 2, lateStages, work[1]);
 
     crossDelay (0).process (work[0], crossDelayOut[0], quality);
     crossDelay (1).process (work[1], crossDelayOut[1], quality);
@@ -518,8 +512,7 @@ void QuorlaneCore::processMonoBlock (int offset) noexcept
 
     monoAllpasses.beginBlock (quality);
 
-    for (int i = 0; i < earlyStages; ++i)
-        monoAllpasses.process (i, x);
+    monoAllpasses.processChain (0, 1, earlyStages, x);
 
     earlyEqMono.process (x);
     std::memcpy (earlyOut[0], x, sizeof (work[0]));
@@ -538,8 +531,7 @@ void QuorlaneCore::processMonoBlock (int offset) noexcept
     highPreviousIn[0] = previousIn;
     highPreviousOut[0] = previousOut;
 
-    for (int i = 0; i < lateStages; ++i)
-        monoAllpasses.process (earlyStages + i, x);
+    monoAllpasses.processChain (earlyStages, 1, lateStages, x);
 
     crossDelay (0).process (x, crossDelayOut[0], quality);
     lateEqMono.process (x);
