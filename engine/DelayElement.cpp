@@ -93,27 +93,6 @@ void DelayElement::setDepth (double newDepth) noexcept
     motion.depthSettled = false;
 }
 
-void DelayElement::advanceWriteIndex() noexcept
-{
-    silent = false;
-
-    if ((int) writeIndex < guard || (int) writeIndex + blockSize > capacity)
-        std::memcpy (buffer + capacity, buffer, guard * sizeof (double));
-
-    writeIndex += blockSize;
-
-    if (writeIndex >= (std::uint32_t) capacity)
-        writeIndex -= (std::uint32_t) capacity;
-
-    // The write index sweeps the whole buffer once a second, so what it meets
-    // next has long left the cache: fetch it a few blocks early.
-    const int ahead = (int) writeIndex + 4 * blockSize;
-
-    if (ahead + blockSize <= capacity)
-        for (int line = 0; line < blockSize; line += 8)
-            __builtin_prefetch (buffer + ahead + line, 1);
-}
-
 void DelayElement::process (const double* input, double* output, unsigned quality,
                             const DelayKernels& kernels) noexcept
 {

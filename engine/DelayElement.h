@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 class DelayElementBank;
@@ -80,7 +81,28 @@ private:
     }
 
     // Moves the write index on by one block, after the block was written.
-    void advanceWriteIndex() noexcept;
+    void advanceWriteIndex() noexcept
+    {
+        silent = false;
+
+        // The first samples are repeated after the end, for reads that reach
+        // over it.
+        if ((int) writeIndex < guard || (int) writeIndex + blockSize > capacity)
+            std::memcpy (buffer + capacity, buffer, guard * sizeof (double));
+
+        writeIndex += blockSize;
+
+        if (writeIndex >= (std::uint32_t) capacity)
+            writeIndex -= (std::uint32_t) capacity;
+
+        // The write index sweeps the whole buffer once a second, so what it
+        // meets next has long left the cache: fetch it a few blocks early.
+        const int ahead = (int) writeIndex + 4 * blockSize;
+
+        if (ahead + blockSize <= capacity)
+            for (int line = 0; line < blockSize; line += 8)
+                __builtin_prefetch (buffer + ahead + line, 1);
+    }
 
     std::unique_ptr<double[], FreeDeleter> storage;
     double* buffer = nullptr; // storage aligned to a cache line

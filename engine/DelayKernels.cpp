@@ -43,6 +43,38 @@ QUORLANE_INLINE void storeUnaligned (Scalar* destination, const Vector& v)
     std::memcpy (destination, &v, sizeof v);
 }
 
+// The linear reads of one native vector of positions into out, given their
+// stored indices and fractions: each read's two samples are loaded as one pair, and
+// the pairs are regrouped into older and newer samples.
+template <typename Native, typename Indices>
+QUORLANE_INLINE void linearVector (const double* buffer, const Indices& index, const Native& fraction, double* out)
+{
+    auto pair = [buffer] (std::int32_t i)
+    {
+        Doubles2 p;
+        loadUnaligned (p, buffer + i - 1);
+        return p;
+    };
+
+    Native older, newer;
+
+    if constexpr (sizeof (Native) == 32)
+    {
+        const Doubles4 first = __builtin_shufflevector (pair (index[0]), pair (index[2]), 0, 1, 2, 3);
+        const Doubles4 second = __builtin_shufflevector (pair (index[1]), pair (index[3]), 0, 1, 2, 3);
+        older = __builtin_shufflevector (first, second, 0, 4, 2, 6);
+        newer = __builtin_shufflevector (first, second, 1, 5, 3, 7);
+    }
+    else
+    {
+        const Doubles2 first = pair (index[0]), second = pair (index[1]);
+        older = __builtin_shufflevector (first, second, 0, 2);
+        newer = __builtin_shufflevector (first, second, 1, 3);
+    }
+
+    storeUnaligned (out, (Native) (older + (newer - older) * fraction));
+}
+
 // `count` native vectors side by side: independent work to keep the
 // processor busy while each one waits for its previous result.
 template <typename Native, int count>
@@ -166,6 +198,24 @@ struct Pack
             storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - wholeAsDoubles));
         }
     }
+
+    // The linear reads at positions that lie on one side of the wrap, made
+    // as they are split; `last` is where the last one ends.
+    QUORLANE_INLINE void readLinear (const double* buffer, std::int32_t shift, double* out, std::int32_t& last) const
+    {
+        using Ints = typename Traits<Native>::Ints;
+
+        for (int i = 0; i < count; ++i)
+        {
+            const Ints whole = __builtin_convertvector (part[i], Ints);
+            const Ints index = whole - shift;
+            Native wholeAsDoubles;
+            toDoubles (whole, wholeAsDoubles);
+            const Native fraction = part[i] - wholeAsDoubles;
+            linearVector (buffer, index, fraction, out + i * nativeWidth);
+            last = index[nativeWidth - 1];
+        }
+    }
 };
 
 constexpr double randomScale = 4.656612874161595e-10;
@@ -194,9 +244,13 @@ QUORLANE_INLINE double power (double x, int k)
 // The block of most elements most of the time, in the closed forms below:
 // nothing glides, no LFO step and no wrap of the write index fall in it, and
 // the delay stays clear of the oldest samples. Returns false for any other.
-template <typename Native>
+// With readLinear, the linear reads of the block go to out instead of its
+// plan, where no position crosses the wrap (false otherwise), and `last`
+// tells where the last of them ends.
+template <typename Native, bool readLinear = false>
 QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
-                                 std::int32_t* index, double* fraction)
+                                 std::int32_t* index, double* fraction,
+                                 const double* buffer = nullptr, double* out = nullptr, std::int32_t* last = nullptr)
 {
     using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
     constexpr int blockSize = DelayKernels::blockSize;
@@ -230,6 +284,9 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
     const bool oneSide = lowest >= wrapIndex || highest < wrapIndex;
     const std::int32_t shift = lowest >= wrapIndex ? capacity : 0;
 
+    if (readLinear && ! oneSide)
+        return false;
+
    #pragma GCC unroll 8
     for (int n = 0; n < blockSize; n += chunk)
     {
@@ -239,7 +296,9 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
         weights = weights + weightStep;
         at = at + four;
 
-        if (oneSide)
+        if constexpr (readLinear)
+            position.readLinear (buffer, shift, out + n, *last);
+        else if (oneSide)
             position.splitShifted (shift, index + n, fraction + n);
         else
             position.split (wrapIndex, capacity, index + n, fraction + n);
@@ -458,36 +517,14 @@ template <typename Native>
 QUORLANE_INLINE void linearReads (const double* buffer, const std::int32_t* index, const double* fraction,
                                   double* out, int count)
 {
-    auto pair = [buffer, index] (int n)
-    {
-        Doubles2 p;
-        loadUnaligned (p, buffer + index[n] - 1);
-        return p;
-    };
-
     constexpr int width = Pack<Native, 1>::width;
     int n = 0;
 
     for (; n + width <= count; n += width)
     {
-        Native older, newer, f;
-
-        if constexpr (width == 4)
-        {
-            const Doubles4 first = __builtin_shufflevector (pair (n), pair (n + 2), 0, 1, 2, 3);
-            const Doubles4 second = __builtin_shufflevector (pair (n + 1), pair (n + 3), 0, 1, 2, 3);
-            older = __builtin_shufflevector (first, second, 0, 4, 2, 6);
-            newer = __builtin_shufflevector (first, second, 1, 5, 3, 7);
-        }
-        else
-        {
-            const Doubles2 first = pair (n), second = pair (n + 1);
-            older = __builtin_shufflevector (first, second, 0, 2);
-            newer = __builtin_shufflevector (first, second, 1, 3);
-        }
-
+        Native f;
         loadUnaligned (f, fraction + n);
-        storeUnaligned (out + n, (Native) (older + (newer - older) * f));
+        linearVector (buffer, index + n, f, out + n);
     }
 
     for (; n < count; ++n)
@@ -681,12 +718,17 @@ void planPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capaci
         planAnyPortable (m, writeIndex, capacity, index, fraction);
 }
 
-// Both in one function, so that the steady block's positions stay close to
-// its reads and no second call is made.
+// Both in one function: no second call, and at the lowest quality the
+// steady block's reads are made straight from its positions.
 template <typename Native, typename Plan>
 QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                               const double* buffer, double* out, unsigned quality)
 {
+    std::int32_t last;
+
+    if (quality == 0 && planSteady<Native, true> (m, writeIndex, capacity, nullptr, nullptr, buffer, out, &last))
+        return last;
+
     alignas (64) std::int32_t index[DelayKernels::blockSize];
     alignas (64) double fraction[DelayKernels::blockSize];
     plan (m, writeIndex, capacity, index, fraction);
