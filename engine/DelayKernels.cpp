@@ -216,6 +216,23 @@ struct Pack
             last = index[nativeWidth - 1];
         }
     }
+
+    // Splits positions that lie on one side of the wrap into their stored
+    // indices and the rows of their phases in a table of `taps` weights each.
+    QUORLANE_INLINE void splitRows (std::int32_t shift, int taps, std::int32_t* index, std::int32_t* row) const
+    {
+        using Ints = typename Traits<Native>::Ints;
+
+        for (int i = 0; i < count; ++i)
+        {
+            const Ints whole = __builtin_convertvector (part[i], Ints);
+            Native wholeAsDoubles;
+            toDoubles (whole, wholeAsDoubles);
+            const Native phase = (part[i] - wholeAsDoubles) * (double) InterpolationTables::phases;
+            storeUnaligned (index + i * nativeWidth, (Ints) (whole - shift));
+            storeUnaligned (row + i * nativeWidth, (Ints) (__builtin_convertvector (phase, Ints) * taps));
+        }
+    }
 };
 
 constexpr double randomScale = 4.656612874161595e-10;
@@ -243,14 +260,14 @@ QUORLANE_INLINE double power (double x, int k)
 
 // The block of most elements most of the time, in the closed forms below:
 // nothing glides, no LFO step and no wrap of the write index fall in it, and
-// the delay stays clear of the oldest samples. Returns false for any other.
-// With readLinear, the linear reads of the block go to out instead of its
-// plan, where no position crosses the wrap (false otherwise), and `last`
-// tells where the last of them ends.
-template <typename Native, bool readLinear = false>
+// the delay stays clear of the oldest samples. Returns false for any other,
+// and also where oneSideOnly asks that no position cross the wrap and one
+// does. take (n, positions, oneSide, shift) receives the positions of the
+// samples from n on, four at a time; where they lie on one side of the wrap,
+// their stored indices are `shift` below their integer parts.
+template <typename Native, typename Take>
 QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
-                                 std::int32_t* index, double* fraction,
-                                 const double* buffer = nullptr, double* out = nullptr, std::int32_t* last = nullptr)
+                                 bool oneSideOnly, Take take)
 {
     using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
     constexpr int blockSize = DelayKernels::blockSize;
@@ -284,7 +301,7 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
     const bool oneSide = lowest >= wrapIndex || highest < wrapIndex;
     const std::int32_t shift = lowest >= wrapIndex ? capacity : 0;
 
-    if (readLinear && ! oneSide)
+    if (oneSideOnly && ! oneSide)
         return false;
 
    #pragma GCC unroll 8
@@ -296,12 +313,7 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
         weights = weights + weightStep;
         at = at + four;
 
-        if constexpr (readLinear)
-            position.readLinear (buffer, shift, out + n, *last);
-        else if (oneSide)
-            position.splitShifted (shift, index + n, fraction + n);
-        else
-            position.split (wrapIndex, capacity, index + n, fraction + n);
+        take (n, position, oneSide, shift);
     }
 
     const double a32 = power (a4, 8);
@@ -309,6 +321,22 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
     m.lfoStage2 = target + a32 * (from2 + blockSize * c * from1);
     m.lfoCountdown -= blockSize;
     return true;
+}
+
+// The steady block's plan.
+template <typename Native>
+QUORLANE_INLINE bool planSteadyBlock (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
+                                      std::int32_t* index, double* fraction)
+{
+    const std::int32_t wrapIndex = capacity + DelayKernels::blockSize - 1;
+
+    return planSteady<Native> (m, writeIndex, capacity, false, [=] (int n, const auto& position, bool oneSide, std::int32_t shift)
+    {
+        if (oneSide)
+            position.splitShifted (shift, index + n, fraction + n);
+        else
+            position.split (wrapIndex, capacity, index + n, fraction + n);
+    });
 }
 
 // The modulation and the glides are one-pole smoothers stepped once per
@@ -559,15 +587,12 @@ QUORLANE_INLINE void reduceFour (const Chunk& s0, const Chunk& s1, const Chunk& 
 // Windowed-sinc reads, four at a time: for each, the phase's taps against
 // the `taps` samples ending at the integer position, summed in two running
 // partial sums of four, then the four results reduced together.
-template <typename Native, int taps>
-QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index, const double* fraction,
-                                double* out, int count, const double* table)
+// weightsFor (n) and samplesFor (n) give the phase's taps and the samples of
+// read n.
+template <typename Native, int taps, typename WeightsFor, typename SamplesFor>
+QUORLANE_INLINE void sincReadsWith (WeightsFor weightsFor, SamplesFor samplesFor, double* out, int count)
 {
     using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
-
-    auto weightsFor = [table, fraction] (int n) { return table + (int) (fraction[n] * InterpolationTables::phases) * taps; };
-    auto samplesFor = [buffer, index] (int n) { return buffer + index[n] - (taps - 1); };
-
     int n = 0;
 
     for (; n + 4 <= count; n += 4)
@@ -618,6 +643,15 @@ QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index,
 
         out[n] = sum;
     }
+}
+
+template <typename Native, int taps>
+QUORLANE_INLINE void sincReads (const double* buffer, const std::int32_t* index, const double* fraction,
+                                double* out, int count, const double* table)
+{
+    sincReadsWith<Native, taps> ([table, fraction] (int n) { return table + (int) (fraction[n] * InterpolationTables::phases) * taps; },
+                                 [buffer, index] (int n) { return buffer + index[n] - (taps - 1); },
+                                 out, count);
 }
 
 template <typename Native>
@@ -714,20 +748,48 @@ __attribute__ ((noinline)) void planAnyPortable (DelayKernels::Motion& m, std::u
 
 void planPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, std::int32_t* index, double* fraction) noexcept
 {
-    if (! planSteady<Doubles2> (m, writeIndex, capacity, index, fraction))
+    if (! planSteadyBlock<Doubles2> (m, writeIndex, capacity, index, fraction))
         planAnyPortable (m, writeIndex, capacity, index, fraction);
 }
 
-// Both in one function: no second call, and at the lowest quality the
-// steady block's reads are made straight from its positions.
+// Both in one function: no second call, and the steady block's reads are
+// made straight from its positions, four at a time.
 template <typename Native, typename Plan>
 QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                               const double* buffer, double* out, unsigned quality)
 {
-    std::int32_t last;
+    std::int32_t last = 0;
 
-    if (quality == 0 && planSteady<Native, true> (m, writeIndex, capacity, nullptr, nullptr, buffer, out, &last))
-        return last;
+    if (quality == 0)
+    {
+        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
+                                { position.readLinear (buffer, shift, out + n, last); }))
+            return last;
+    }
+    else
+    {
+        const double* table = InterpolationTables::get().row (quality, 0);
+
+        auto sinc = [&] (auto tapCount)
+        {
+            constexpr int taps = decltype (tapCount)::value;
+
+            return planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
+            {
+                std::int32_t index[4], row[4];
+                position.splitRows (shift, taps, index, row);
+                sincReadsWith<Native, taps> ([table, &row] (int k) { return table + row[k]; },
+                                             [buffer, &index, taps] (int k) { return buffer + index[k] - (taps - 1); },
+                                             out + n, 4);
+                last = index[3];
+            });
+        };
+
+        if (quality == 1 ? sinc (std::integral_constant<int, 8> {})
+            : quality == 2 ? sinc (std::integral_constant<int, 16> {})
+            : sinc (std::integral_constant<int, 32> {}))
+            return last;
+    }
 
     alignas (64) std::int32_t index[DelayKernels::blockSize];
     alignas (64) double fraction[DelayKernels::blockSize];
@@ -769,7 +831,7 @@ QUORLANE_TARGET_FMA __attribute__ ((noinline)) void planAnyFma (DelayKernels::Mo
 QUORLANE_TARGET_FMA void planFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                   std::int32_t* index, double* fraction) noexcept
 {
-    if (! planSteady<Doubles4> (m, writeIndex, capacity, index, fraction))
+    if (! planSteadyBlock<Doubles4> (m, writeIndex, capacity, index, fraction))
         planAnyFma (m, writeIndex, capacity, index, fraction);
 }
 
