@@ -753,7 +753,8 @@ void planPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capaci
 }
 
 // Both in one function: no second call, and the steady block's reads are
-// made straight from its positions, four at a time.
+// made from its positions without a second pass over them (linear reads)
+// or with their phases found four at a time (sinc reads).
 template <typename Native, typename Plan>
 QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                               const double* buffer, double* out, unsigned quality)
@@ -770,19 +771,22 @@ QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, DelayKernels::Motion& m
     {
         const double* table = InterpolationTables::get().row (quality, 0);
 
+        // The positions of the whole block first: the sums of the reads
+        // need every register.
         auto sinc = [&] (auto tapCount)
         {
             constexpr int taps = decltype (tapCount)::value;
+            alignas (64) std::int32_t index[DelayKernels::blockSize], row[DelayKernels::blockSize];
 
-            return planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
-            {
-                std::int32_t index[4], row[4];
-                position.splitRows (shift, taps, index, row);
-                sincReadsWith<Native, taps> ([table, &row] (int k) { return table + row[k]; },
-                                             [buffer, &index, taps] (int k) { return buffer + index[k] - (taps - 1); },
-                                             out + n, 4);
-                last = index[3];
-            });
+            if (! planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
+                                      { position.splitRows (shift, taps, index + n, row + n); }))
+                return false;
+
+            sincReadsWith<Native, taps> ([table, &row] (int k) { return table + row[k]; },
+                                         [buffer, &index, taps] (int k) { return buffer + index[k] - (taps - 1); },
+                                         out, DelayKernels::blockSize);
+            last = index[DelayKernels::blockSize - 1];
+            return true;
         };
 
         if (quality == 1 ? sinc (std::integral_constant<int, 8> {})
