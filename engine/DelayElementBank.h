@@ -37,14 +37,14 @@ public:
     void processChain (int first, int step, int count, double* io) noexcept;
 
 private:
-
     const DelayKernels& kernels;
     std::array<DelayElement*, maxLanes> elements {};
     int laneCount = 0;
     unsigned quality = 0;
 
-    // Where each lane reads during the block: the stored index of the newest
-    // sample of each read, and the fraction.
+    // Where each lane whose reads are not made up front reads during the
+    // block: the stored index of the newest sample of each read, and the
+    // fraction.
     alignas (64) std::int32_t index[maxLanes][blockSize] {};
     alignas (64) double fraction[maxLanes][blockSize] {};
     alignas (64) double reads[maxLanes][blockSize] {};
@@ -56,5 +56,6 @@ private:
         double* written[maxLanes] {};
         double gains[maxLanes] {};
     } chain;
+
     std::array<bool, maxLanes> readsReady {};
 };

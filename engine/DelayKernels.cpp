@@ -152,11 +152,11 @@ struct Pack
     }
 
     // Whole numbers back to doubles. GCC 12 splits the AVX conversion of
-    // four in two halves; one instruction does it.
+    // four in two halves, where one instruction does it (Clang finds it).
     template <typename Ints>
     static QUORLANE_INLINE void toDoubles (const Ints& whole, Native& result)
     {
-       #if QUORLANE_X86_DISPATCH
+       #if QUORLANE_X86_DISPATCH && ! defined (__clang__)
         if constexpr (sizeof (Native) == 32)
         {
             asm ("vcvtdq2pd %1, %0" : "=x" (result) : "x" (whole));
@@ -783,7 +783,7 @@ QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, DelayKernels::Motion& m
                 return false;
 
             sincReadsWith<Native, taps> ([table, &row] (int k) { return table + row[k]; },
-                                         [buffer, &index, taps] (int k) { return buffer + index[k] - (taps - 1); },
+                                         [buffer, &index] (int k) { return buffer + index[k] - (decltype (tapCount)::value - 1); },
                                          out, DelayKernels::blockSize);
             last = index[DelayKernels::blockSize - 1];
             return true;

@@ -33,9 +33,9 @@ struct DelayKernels
     // writeIndex.
     void (*plan) (Motion&, std::uint32_t writeIndex, int capacity, std::int32_t* index, double* fraction) noexcept;
 
-    // plan, and the block's reads made at once from the buffer that the
-    // element's samples are stored in: out[n] is the read of sample n.
-    // Returns where the block's last read ends, for fetching ahead.
+    // The same plan, with the block's reads made at once from the element's
+    // buffer: out[n] is the read of sample n. Returns where the block's last
+    // read ends, for fetching ahead.
     std::int32_t (*planAndRead) (Motion&, std::uint32_t writeIndex, int capacity, const double* buffer,
                                  double* out, unsigned quality) noexcept;
 
