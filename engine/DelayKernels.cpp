@@ -166,20 +166,30 @@ struct Pack
         result = __builtin_convertvector (whole, Native);
     }
 
+    using Ints = typename Traits<Native>::Ints;
+
+    // The integer parts of part i's positions, and their fractions.
+    QUORLANE_INLINE void wholeAndFraction (int i, Ints& whole, Native& fraction) const
+    {
+        whole = __builtin_convertvector (part[i], Ints);
+        Native wholeAsDoubles;
+        toDoubles (whole, wholeAsDoubles);
+        fraction = part[i] - wholeAsDoubles;
+    }
+
     // Splits positions of the mirrored buffer into the stored index of their
     // integer parts and their fractions.
     QUORLANE_INLINE void split (std::int32_t wrapIndex, std::int32_t capacity, std::int32_t* index, double* fraction) const
     {
-        using Ints = typename Traits<Native>::Ints;
         const Ints wrap = Ints {} + wrapIndex, size = Ints {} + capacity;
 
         for (int i = 0; i < count; ++i)
         {
-            const Ints whole = __builtin_convertvector (part[i], Ints);
+            Ints whole;
+            Native f;
+            wholeAndFraction (i, whole, f);
             storeUnaligned (index + i * nativeWidth, (Ints) (whole >= wrap ? whole - size : whole));
-            Native wholeAsDoubles;
-            toDoubles (whole, wholeAsDoubles);
-            storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - wholeAsDoubles));
+            storeUnaligned (fraction + i * nativeWidth, f);
         }
     }
 
@@ -187,15 +197,13 @@ struct Pack
     // wrap: their stored indices are all `shift` below their integer parts.
     QUORLANE_INLINE void splitShifted (std::int32_t shift, std::int32_t* index, double* fraction) const
     {
-        using Ints = typename Traits<Native>::Ints;
-
         for (int i = 0; i < count; ++i)
         {
-            const Ints whole = __builtin_convertvector (part[i], Ints);
+            Ints whole;
+            Native f;
+            wholeAndFraction (i, whole, f);
             storeUnaligned (index + i * nativeWidth, (Ints) (whole - shift));
-            Native wholeAsDoubles;
-            toDoubles (whole, wholeAsDoubles);
-            storeUnaligned (fraction + i * nativeWidth, (Native) (part[i] - wholeAsDoubles));
+            storeUnaligned (fraction + i * nativeWidth, f);
         }
     }
 
@@ -203,16 +211,13 @@ struct Pack
     // as they are split; `last` is where the last one ends.
     QUORLANE_INLINE void readLinear (const double* buffer, std::int32_t shift, double* out, std::int32_t& last) const
     {
-        using Ints = typename Traits<Native>::Ints;
-
         for (int i = 0; i < count; ++i)
         {
-            const Ints whole = __builtin_convertvector (part[i], Ints);
+            Ints whole;
+            Native f;
+            wholeAndFraction (i, whole, f);
             const Ints index = whole - shift;
-            Native wholeAsDoubles;
-            toDoubles (whole, wholeAsDoubles);
-            const Native fraction = part[i] - wholeAsDoubles;
-            linearVector (buffer, index, fraction, out + i * nativeWidth);
+            linearVector (buffer, index, f, out + i * nativeWidth);
             last = index[nativeWidth - 1];
         }
     }
@@ -221,14 +226,12 @@ struct Pack
     // indices and the rows of their phases in a table of `taps` weights each.
     QUORLANE_INLINE void splitRows (std::int32_t shift, int taps, std::int32_t* index, std::int32_t* row) const
     {
-        using Ints = typename Traits<Native>::Ints;
-
         for (int i = 0; i < count; ++i)
         {
-            const Ints whole = __builtin_convertvector (part[i], Ints);
-            Native wholeAsDoubles;
-            toDoubles (whole, wholeAsDoubles);
-            const Native phase = (part[i] - wholeAsDoubles) * (double) InterpolationTables::phases;
+            Ints whole;
+            Native f;
+            wholeAndFraction (i, whole, f);
+            const Native phase = f * (double) InterpolationTables::phases;
             storeUnaligned (index + i * nativeWidth, (Ints) (whole - shift));
             storeUnaligned (row + i * nativeWidth, (Ints) (__builtin_convertvector (phase, Ints) * taps));
         }
