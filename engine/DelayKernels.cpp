@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 #if defined(__GNUC__) && defined(__x86_64__)
  #define QUORLANE_X86_DISPATCH 1
@@ -151,30 +152,13 @@ struct Pack
         return p;
     }
 
-    // Whole numbers back to doubles. GCC 12 splits the AVX conversion of
-    // four in two halves, where one instruction does it (Clang finds it).
-    template <typename Ints>
-    static QUORLANE_INLINE void toDoubles (const Ints& whole, Native& result)
-    {
-       #if QUORLANE_X86_DISPATCH && ! defined (__clang__)
-        if constexpr (sizeof (Native) == 32)
-        {
-            asm ("vcvtdq2pd %1, %0" : "=x" (result) : "x" (whole));
-            return;
-        }
-       #endif
-        result = __builtin_convertvector (whole, Native);
-    }
-
     using Ints = typename Traits<Native>::Ints;
 
     // The integer parts of part i's positions, and their fractions.
     QUORLANE_INLINE void wholeAndFraction (int i, Ints& whole, Native& fraction) const
     {
         whole = __builtin_convertvector (part[i], Ints);
-        Native wholeAsDoubles;
-        toDoubles (whole, wholeAsDoubles);
-        fraction = part[i] - wholeAsDoubles;
+        fraction = part[i] - __builtin_convertvector (whole, Native);
     }
 
     // Splits positions of the mirrored buffer into the stored index of their
@@ -716,9 +700,14 @@ QUORLANE_INLINE void allpassChainBody (const double* const* reads, const double*
     const P tiny = P::broadcast (1e-20), minusOne = P::broadcast (-1.0);
     P signal[vectors];
 
-   #pragma GCC unroll 16
-    for (int v = 0; v < vectors; ++v)
-        signal[v] = P::load (io + v * width);
+    // Unrolled by the compiler's own means, so that the block stays in
+    // registers.
+    auto eachVector = [] (auto&& step)
+    {
+        [&]<int... v> (std::integer_sequence<int, v...>) { (step (v), ...); } (std::make_integer_sequence<int, vectors> {});
+    };
+
+    eachVector ([&] (int v) { signal[v] = P::load (io + v * width); });
 
     for (int s = 0; s < stages; ++s)
     {
@@ -736,9 +725,7 @@ QUORLANE_INLINE void allpassChainBody (const double* const* reads, const double*
         }
     }
 
-   #pragma GCC unroll 16
-    for (int v = 0; v < vectors; ++v)
-        signal[v].store (io + v * width);
+    eachVector ([&] (int v) { signal[v].store (io + v * width); });
 }
 
 // The steady block inline, any other in a call of its own, so that the
