@@ -281,10 +281,13 @@ void QuorlaneCore::applyParameter (std::uint32_t index) noexcept
         case crossFade: crossFadeMix.target = p; break;
 
         case modulation:
-            // The predelays are never modulated; the cross-coupled delays take
-            // the depth but, being plain delays, do not use it.
-            for (size_t i = 2; i < elements.size(); ++i)
-                elements[i].setDepth (modulationDepth (p));
+            // Only the allpass chains are modulated; the predelays and the
+            // cross-coupled delays are plain delays.
+            for (int i = 0; i < 2 * earlyStages; ++i)
+                early (i).setDepth (modulationDepth (p));
+
+            for (int i = 0; i < 2 * lateStages; ++i)
+                late (i).setDepth (modulationDepth (p));
             break;
 
         case predelay:
