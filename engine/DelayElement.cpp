@@ -3,12 +3,14 @@
 #include "engine/InterpolationTables.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <new>
 
-DelayElement::DelayElement (std::uint32_t a, std::uint32_t b)
+DelayElement::DelayElement (std::uint32_t a, std::uint32_t b, double longest)
+    : longestSeconds (longest)
 {
     motion.randomA = a % 3060 + 12345;
     motion.randomB = b % 3060 + 12345;
@@ -16,7 +18,8 @@ DelayElement::DelayElement (std::uint32_t a, std::uint32_t b)
     // The shared tables are built by the first element, not by the audio
     // thread on first use.
     InterpolationTables::get();
-    allocate (44100);
+    allocate (capacityFor (44100.0));
+    longestSamples = longestAt (44100.0);
     setLength (10.0);
 }
 
@@ -38,9 +41,29 @@ void DelayElement::allocate (int newCapacity)
     silent = true;
 }
 
+double DelayElement::longestAt (double sampleRate) const noexcept
+{
+    return longestSeconds >= 1.0 ? std::numeric_limits<double>::infinity() : longestSeconds * sampleRate;
+}
+
+int DelayElement::capacityFor (double sampleRate) const noexcept
+{
+    const int oneSecond = (int) std::max (sampleRate, 44100.0);
+
+    // Reads reach up to 31 samples behind their position, and the position
+    // stays 64 samples clear of the oldest sample; whole blocks of the
+    // buffer keep every block's writes in one piece.
+    const double reach = std::ceil (longestAt (sampleRate)) + 128.0;
+
+    if (! (reach < oneSecond))
+        return oneSecond;
+
+    return ((int) reach + blockSize - 1) / blockSize * blockSize;
+}
+
 void DelayElement::prepare (double sampleRate)
 {
-    const int newCapacity = (int) std::max (sampleRate, 44100.0);
+    const int newCapacity = capacityFor (sampleRate);
 
     if (newCapacity != capacity)
         allocate (newCapacity);
@@ -50,7 +73,10 @@ void DelayElement::prepare (double sampleRate)
     rate = 2.0 * (1.0 - std::pow (0.5, 44100.0 / sampleRate));
     motion.glide = rate * 0.0001;
     motion.length = clampLength (motion.length);
-    setLength (motion.targetLength);
+    longestSamples = longestAt (sampleRate);
+
+    // Lengths set for the previous rate hold until their owner sets new ones.
+    aim (motion.targetLength);
 }
 
 void DelayElement::clear() noexcept
@@ -69,12 +95,23 @@ double DelayElement::clampLength (double samples) const noexcept
     return std::clamp (samples, 1.0, (double) (capacity - 1));
 }
 
-void DelayElement::setLength (double samples) noexcept
+void DelayElement::aim (double samples) noexcept
 {
     motion.targetLength = clampLength (samples);
     motion.lfoCountdown = 2.0 * motion.targetLength;
     motion.lfoCoefficient = (1.0 - std::exp (-1.0 / motion.targetLength)) * rate;
     motion.lengthSettled = false;
+}
+
+void DelayElement::checkReach() const noexcept
+{
+    assert (! (motion.targetLength * (1.0 + motion.targetDepth) > longestSamples * (1.0 + 1e-9)));
+}
+
+void DelayElement::setLength (double samples) noexcept
+{
+    aim (samples);
+    checkReach();
 }
 
 void DelayElement::init (double samples, double newDepth, double g) noexcept
@@ -83,6 +120,7 @@ void DelayElement::init (double samples, double newDepth, double g) noexcept
     motion.length = motion.targetLength;
     motion.depth = motion.targetDepth = newDepth;
     motion.depthSettled = false;
+    checkReach();
     coefficient = g;
     motion.lfoStage1 = motion.lfoStage2 = 0.5;
 }
@@ -91,6 +129,7 @@ void DelayElement::setDepth (double newDepth) noexcept
 {
     motion.targetDepth = newDepth;
     motion.depthSettled = false;
+    checkReach();
 }
 
 void DelayElement::process (const double* input, double* output, unsigned quality,

@@ -23,9 +23,13 @@ class DelayElement
 {
 public:
     // Each random number seeds one of the two states of the LFO's sequence.
-    DelayElement (std::uint32_t randomA, std::uint32_t randomB);
+    // An element never asked for more than longestSeconds of delay
+    // (modulation included) keeps a buffer of just that and the reads'
+    // margin, which keeps the network's memory within the processor's caches.
+    DelayElement (std::uint32_t randomA, std::uint32_t randomB, double longestSeconds = 1.0);
 
-    // Sizes the buffer for one second (at least 44100 samples) and clears it.
+    // Sizes the buffer for one second (at least 44100 samples), or for the
+    // longest delay where that is shorter, and clears it.
     void prepare (double sampleRate);
 
     // Silences the buffer; lengths, modulation and coefficients stay.
@@ -62,6 +66,13 @@ private:
     static constexpr int guard = blockSize;
 
     void allocate (int newCapacity);
+    double longestAt (double sampleRate) const noexcept;
+    int capacityFor (double sampleRate) const noexcept;
+    void aim (double samples) noexcept;
+
+    // Asked for more than the buffer was sized for, the element would clamp
+    // its delay (in debug builds: stop here instead).
+    void checkReach() const noexcept;
     double clampLength (double samples) const noexcept;
 
     // Stores make (n) for the 32 samples of a block at the write index.
@@ -111,6 +122,7 @@ private:
     bool silent = true; // nothing written since the buffer was last zeroed
 
     DelayKernels::Motion motion;
+    double longestSeconds, longestSamples;
     double rate = 1.0;
     double coefficient = 0.0;
 };

@@ -69,6 +69,26 @@ QuorlaneCore::RateConstants QuorlaneCore::RateConstants::forRate (double sr, int
     return r;
 }
 
+// The sizes and the predelay are longest at the top of their ranges.
+double QuorlaneCore::longestDelaySeconds (int index) noexcept
+{
+    constexpr int earlyFirst = 2, lateFirst = earlyFirst + 2 * earlyStages;
+    constexpr int crossFirst = lateFirst + 2 * lateStages;
+    const double modulated = 1.0 + modulationDepth (1.0);
+
+    if (index < earlyFirst)
+        return predelaySeconds (1.0);
+
+    if (index < lateFirst)
+        return chainLength (1.0 / earlySizeFrequency (1.0), index - earlyFirst) * modulated;
+
+    if (index < crossFirst)
+        return chainLength (1.0 / pitchFrequency (lateSemitones (1.0)), index - lateFirst) * modulated;
+
+    const double offset = index == crossFirst ? leftCrossOffset : rightCrossOffset;
+    return 1.0 / pitchFrequency (lateSemitones (1.0) - offset);
+}
+
 QuorlaneCore::QuorlaneCore()
     : rate (RateConstants::forRate (44100.0, 0))
 {
@@ -82,7 +102,7 @@ QuorlaneCore::QuorlaneCore()
     {
         const auto a = seeds.next();
         const auto b = seeds.next();
-        elements.emplace_back (a, b);
+        elements.emplace_back (a, b, longestDelaySeconds (i));
     }
 
     // Stereo lanes follow the chain order; the mono path runs the left half.

@@ -99,6 +99,10 @@ private:
     DelayElement& predelayLine (int channel) noexcept { return elements[(size_t) channel]; }
     DelayElement& early (int chainPosition) noexcept  { return elements[2 + (size_t) chainPosition]; }
     DelayElement& late (int chainPosition) noexcept   { return elements[2 + 2 * earlyStages + (size_t) chainPosition]; }
+    // The longest delay, modulation included, that the element at `index`
+    // (in build order) is ever asked for.
+    static double longestDelaySeconds (int index) noexcept;
+
     DelayElement& crossDelay (int channel) noexcept   { return elements[2 + 2 * (earlyStages + lateStages) + (size_t) channel]; }
 
     void applyParameter (std::uint32_t index) noexcept;

@@ -17,10 +17,13 @@ constexpr int block = 32;
 
 // A chain of allpasses of assorted lengths (some shorter than a block, so that
 // they read what they write), depths and coefficients, with glides started
-// along the way; run by the engine and by the reference side by side.
+// along the way; run by the engine and by the reference side by side. Every
+// other element has a buffer of just the longest delay it is asked for, which
+// it wraps around many times a second.
 struct AllpassChain
 {
     static constexpr int size = 12; // one group of eight lanes and one of four
+    static constexpr double longestSeconds = 2500.0 / 48000.0;
 
     std::vector<std::unique_ptr<DelayElement>> elements;
     std::vector<std::unique_ptr<ReferenceDelayElement>> references;
@@ -30,7 +33,8 @@ struct AllpassChain
     {
         for (int i = 0; i < size; ++i)
         {
-            elements.push_back (std::make_unique<DelayElement> (1000u + (unsigned) i * 77u, 5000u + (unsigned) i * 31u));
+            elements.push_back (std::make_unique<DelayElement> (1000u + (unsigned) i * 77u, 5000u + (unsigned) i * 31u,
+                                                                 i % 2 == 0 ? 1.0 : longestSeconds));
             references.push_back (std::make_unique<ReferenceDelayElement> (1000u + (unsigned) i * 77u, 5000u + (unsigned) i * 31u));
             elements.back()->prepare (sampleRate);
             references.back()->prepare (sampleRate);
@@ -82,7 +86,7 @@ TEST (DelayElement, MatchesReferenceAtEveryQuality)
             SCOPED_TRACE (testing::Message() << "quality " << quality);
             AllpassChain chain (48000.0, *kernels);
 
-            DelayElement plain (7u, 9u);
+            DelayElement plain (7u, 9u, 901.0 / 48000.0);
             ReferenceDelayElement plainReference (7u, 9u);
             plain.prepare (48000.0);
             plainReference.prepare (48000.0);
@@ -220,4 +224,14 @@ TEST (DelayElement, LengthAndCapacityClamps)
     EXPECT_EQ (element.getCapacity(), 96000);
     element.setLength (96000.0);
     EXPECT_EQ (element.getTargetLength(), 95999.0);
+
+    // A short element's buffer follows the rate, far below a second.
+    DelayElement shortOne (1u, 1u, 0.01);
+
+    for (double rate : { 22050.0, 48000.0, 192000.0 })
+    {
+        shortOne.prepare (rate);
+        EXPECT_GT (shortOne.getCapacity(), 0.01 * rate + 96.0);
+        EXPECT_LT (shortOne.getCapacity(), 0.01 * rate + 256.0);
+    }
 }

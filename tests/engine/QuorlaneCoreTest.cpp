@@ -156,7 +156,9 @@ TEST (QuorlaneCore, DecayEstimateAtSeveralSettings)
 }
 
 // Every rate from 22050 to 192000 Hz, at the ends of every knob, gives finite
-// output without subnormal numbers, through sound and the tail after it.
+// output without subnormal numbers, through sound and the tail after it; and
+// (in debug builds) never asks an element for more delay than its buffer
+// holds.
 TEST (QuorlaneCore, CleanOutputAtEverySampleRate)
 {
     for (double rate : { 22050.0, 44100.0, 48000.0, 88200.0, 96000.0, 176400.0, 192000.0 })
