@@ -245,6 +245,18 @@ QUORLANE_INLINE double power (double x, int k)
     return result;
 }
 
+// The LFO's stages and countdown after a steady block (below), given the
+// stages' coefficient and the fourth power of their decay.
+QUORLANE_INLINE void finishSteadyBlock (DelayKernels::Motion& m, double c, double a4)
+{
+    constexpr int blockSize = DelayKernels::blockSize;
+    const double target = m.lfoTarget, from1 = m.lfoStage1 - target, from2 = m.lfoStage2 - target;
+    const double a32 = power (a4, 8);
+    m.lfoStage1 = target + a32 * from1;
+    m.lfoStage2 = target + a32 * (from2 + blockSize * c * from1);
+    m.lfoCountdown -= blockSize;
+}
+
 // The block of most elements most of the time, in the closed forms below:
 // nothing glides, no LFO step and no wrap of the write index fall in it, and
 // the delay stays clear of the oldest samples. Returns false for any other,
@@ -303,10 +315,7 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
         take (n, position, oneSide, shift);
     }
 
-    const double a32 = power (a4, 8);
-    m.lfoStage1 = target + a32 * from1;
-    m.lfoStage2 = target + a32 * (from2 + blockSize * c * from1);
-    m.lfoCountdown -= blockSize;
+    finishSteadyBlock (m, c, a4);
     return true;
 }
 
@@ -742,14 +751,155 @@ void planPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capaci
         planAnyPortable (m, writeIndex, capacity, index, fraction);
 }
 
+// Reads that all share one fraction, as a filter of the phase's taps run
+// along the samples: `samples` holds the first read's taps, and each later
+// read's taps start one sample further on.
+template <typename Native, int taps>
+QUORLANE_INLINE void sincRun (const double* weights, const double* samples, double* out)
+{
+    constexpr int width = Pack<Native, 1>::width, vectors = 8;
+
+    // Unrolled by the compiler's own means, so that the sums stay in
+    // registers.
+    auto unrolled = [] (auto count, auto&& step)
+    {
+        [&]<int... i> (std::integer_sequence<int, i...>) { (step (std::integral_constant<int, i> {}), ...); }
+            (std::make_integer_sequence<int, decltype (count)::value> {});
+    };
+
+    for (int n = 0; n < DelayKernels::blockSize; n += vectors * width)
+    {
+        Native sum[vectors] {};
+
+        // A native vector of weights at a time, each one spread over a
+        // vector in turn (a shuffle within registers, cheaper than loading
+        // every weight by itself).
+        for (int t = 0; t < taps; t += width)
+        {
+            Native w;
+            loadUnaligned (w, weights + t);
+
+            // Each step's samples overlap the next step's; hidden behind an
+            // empty statement, the pointer keeps the compiler from holding
+            // the shared ones over in registers, which it has too few of.
+            const double* x = samples + n + t;
+            asm ("" : "+r" (x));
+
+            unrolled (std::integral_constant<int, width> {}, [&] (auto k)
+            {
+                constexpr int lane = decltype (k)::value;
+                Native spread;
+
+                if constexpr (width == 4)
+                    spread = __builtin_shufflevector (w, w, lane, lane, lane, lane);
+                else
+                    spread = __builtin_shufflevector (w, w, lane, lane);
+
+                unrolled (std::integral_constant<int, vectors> {}, [&] (auto v)
+                {
+                    Native sample;
+                    loadUnaligned (sample, x + k + v * width);
+                    sum[v] += spread * sample;
+                });
+            });
+        }
+
+        unrolled (std::integral_constant<int, vectors> {}, [&] (auto v) { storeUnaligned (out + n + v * width, sum[v]); });
+    }
+}
+
+// The steady block (as in planSteady) of an element without modulation: its
+// positions are its length behind the writes, all with one fraction unless a
+// power of two falls between them and rounds the later ones on a coarser
+// grid. Positions only ever rise, so where the first and the last agree, all
+// do, and the reads are one run along the buffer. Returns false where the
+// block is not of that kind; `last` is where the block's last read ends.
+template <typename Native>
+QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
+                                const double* buffer, double* out, unsigned quality, std::int32_t& last)
+{
+    constexpr int blockSize = DelayKernels::blockSize;
+    const double base = (double) (writeIndex + (std::uint32_t) capacity);
+    const double length = m.length;
+    const double longest = std::max (length, m.targetLength);
+    const std::int32_t wrapIndex = capacity + blockSize - 1;
+    const double lowest = base - length - 2.0, highest = base + blockSize - length + 1.0;
+
+    if (! (m.lengthSettled && m.depthSettled && m.lfoCountdown >= blockSize)
+        || base + blockSize > 2.0 * capacity || ! (longest + 2.0 < capacity - 64.0)
+        || ! (lowest >= wrapIndex || highest < wrapIndex))
+        return false;
+
+    // The same roundings as the planned positions, the modulation's share
+    // being the 1e-20 alone.
+    const double first = base - length - 1e-20, final = base + (blockSize - 1) - length - 1e-20;
+    const auto whole = (std::int32_t) first, finalWhole = (std::int32_t) final;
+    const double fraction = first - whole;
+
+    if (finalWhole != whole + blockSize - 1 || final - finalWhole != fraction)
+        return false;
+
+    const std::int32_t index = whole - (lowest >= wrapIndex ? capacity : 0);
+
+    if (quality == 0)
+    {
+        constexpr int width = Pack<Native, 1>::width;
+        const Native f = Native {} + fraction;
+
+        for (int n = 0; n < blockSize; n += width)
+        {
+            Native older, newer;
+            loadUnaligned (older, buffer + index - 1 + n);
+            loadUnaligned (newer, buffer + index + n);
+            storeUnaligned (out + n, (Native) (older + (newer - older) * f));
+        }
+    }
+    else
+    {
+        const double* table = InterpolationTables::get().row (quality, 0);
+        const auto phase = (std::int32_t) (fraction * (double) InterpolationTables::phases);
+
+        switch (quality)
+        {
+            case 1:  sincRun<Native, 8> (table + phase * 8, buffer + index - 7, out); break;
+            case 2:  sincRun<Native, 16> (table + phase * 16, buffer + index - 15, out); break;
+            default: sincRun<Native, 32> (table + phase * 32, buffer + index - 31, out); break;
+        }
+    }
+
+    const double a = 1.0 - m.lfoCoefficient, a2 = a * a;
+    finishSteadyBlock (m, m.lfoCoefficient, a2 * a2);
+    last = index + blockSize - 1;
+    return true;
+}
+
+// In calls of their own, which leave the other blocks' code as it is.
+__attribute__ ((noinline)) bool readFixedPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
+                                                   const double* buffer, double* out, unsigned quality, std::int32_t& last) noexcept
+{
+    return readFixed<Doubles2> (m, writeIndex, capacity, buffer, out, quality, last);
+}
+
+#if QUORLANE_X86_DISPATCH
+QUORLANE_TARGET_FMA __attribute__ ((noinline)) bool readFixedFma (DelayKernels::Motion& m, std::uint32_t writeIndex,
+                                                                   std::int32_t capacity, const double* buffer, double* out,
+                                                                   unsigned quality, std::int32_t& last) noexcept
+{
+    return readFixed<Doubles4> (m, writeIndex, capacity, buffer, out, quality, last);
+}
+#endif
+
 // Both in one function: no second call, and the steady block's reads are
 // made from its positions without a second pass over them (linear reads)
 // or with their phases found four at a time (sinc reads).
-template <typename Native, typename Plan>
-QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
-                                              const double* buffer, double* out, unsigned quality)
+template <typename Native, typename Plan, typename ReadFixed>
+QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, ReadFixed readFixed, DelayKernels::Motion& m, std::uint32_t writeIndex,
+                                              int capacity, const double* buffer, double* out, unsigned quality)
 {
     std::int32_t last = 0;
+
+    if (m.depth == 0.0 && m.targetDepth == 0.0 && readFixed (m, writeIndex, capacity, buffer, out, quality, last))
+        return last;
 
     if (quality == 0)
     {
@@ -795,7 +945,7 @@ QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, DelayKernels::Motion& m
 std::int32_t planAndReadPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, const double* buffer,
                                   double* out, unsigned quality) noexcept
 {
-    return planAndReadBody<Doubles2> (planPortable, m, writeIndex, capacity, buffer, out, quality);
+    return planAndReadBody<Doubles2> (planPortable, readFixedPortable, m, writeIndex, capacity, buffer, out, quality);
 }
 
 void interpolatePortable (const double* buffer, const std::int32_t* index, const double* fraction,
@@ -832,7 +982,7 @@ QUORLANE_TARGET_FMA void planFma (DelayKernels::Motion& m, std::uint32_t writeIn
 QUORLANE_TARGET_FMA std::int32_t planAndReadFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                                   const double* buffer, double* out, unsigned quality) noexcept
 {
-    return planAndReadBody<Doubles4> (planFma, m, writeIndex, capacity, buffer, out, quality);
+    return planAndReadBody<Doubles4> (planFma, readFixedFma, m, writeIndex, capacity, buffer, out, quality);
 }
 
 QUORLANE_TARGET_FMA void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,
