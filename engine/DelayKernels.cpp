@@ -208,16 +208,19 @@ struct Pack
 
     // Splits positions that lie on one side of the wrap into their stored
     // indices and the rows of their phases in a table of `taps` weights each.
+    // Scaled by the number of phases (a power of two, so exactly), a
+    // position's integer part holds both: its own integer part above, its
+    // phase below.
     QUORLANE_INLINE void splitRows (std::int32_t shift, int taps, std::int32_t* index, std::int32_t* row) const
     {
+        constexpr int phases = InterpolationTables::phases, phaseBits = __builtin_ctz (phases);
+        static_assert (phases == 1 << phaseBits);
+
         for (int i = 0; i < count; ++i)
         {
-            Ints whole;
-            Native f;
-            wholeAndFraction (i, whole, f);
-            const Native phase = f * (double) InterpolationTables::phases;
-            storeUnaligned (index + i * nativeWidth, (Ints) (whole - shift));
-            storeUnaligned (row + i * nativeWidth, (Ints) (__builtin_convertvector (phase, Ints) * taps));
+            const Ints scaled = __builtin_convertvector (part[i] * (double) phases, Ints);
+            storeUnaligned (index + i * nativeWidth, (Ints) ((scaled >> phaseBits) - shift));
+            storeUnaligned (row + i * nativeWidth, (Ints) ((scaled & (phases - 1)) * taps));
         }
     }
 };
@@ -580,52 +583,38 @@ QUORLANE_INLINE void reduceFour (const Chunk& s0, const Chunk& s1, const Chunk& 
     }
 }
 
-// Windowed-sinc reads, four at a time: for each, the phase's taps against
-// the `taps` samples ending at the integer position, summed in two running
-// partial sums of four, then the four results reduced together.
-// weightsFor (n) and samplesFor (n) give the phase's taps and the samples of
-// read n.
+// Windowed-sinc reads: for each, the phase's taps against the `taps`
+// samples ending at the integer position, in one running sum of four; eight
+// reads side by side (four without AVX, which has half the registers) keep
+// the processor busy while each sum waits for its previous step, and every
+// four sums are reduced together. weightsFor (n) and samplesFor (n) give the
+// phase's taps and the samples of read n.
 template <typename Native, int taps, typename WeightsFor, typename SamplesFor>
 QUORLANE_INLINE void sincReadsWith (WeightsFor weightsFor, SamplesFor samplesFor, double* out, int count)
 {
     using Chunk = Pack<Native, 4 / Pack<Native, 1>::width>;
+    constexpr int group = sizeof (Native) == 32 ? 8 : 4;
     int n = 0;
 
-    for (; n + 4 <= count; n += 4)
+    for (; n + group <= count; n += group)
     {
-        const double* w0 = weightsFor (n);
-        const double* w1 = weightsFor (n + 1);
-        const double* w2 = weightsFor (n + 2);
-        const double* w3 = weightsFor (n + 3);
-        const double* x0 = samplesFor (n);
-        const double* x1 = samplesFor (n + 1);
-        const double* x2 = samplesFor (n + 2);
-        const double* x3 = samplesFor (n + 3);
+        Chunk sum[group];
 
-        // Eight independent running sums, kept in registers.
-        Chunk a0 = Chunk::load (w0) * Chunk::load (x0);
-        Chunk a1 = Chunk::load (w1) * Chunk::load (x1);
-        Chunk a2 = Chunk::load (w2) * Chunk::load (x2);
-        Chunk a3 = Chunk::load (w3) * Chunk::load (x3);
-        Chunk b0 = Chunk::load (w0 + 4) * Chunk::load (x0 + 4);
-        Chunk b1 = Chunk::load (w1 + 4) * Chunk::load (x1 + 4);
-        Chunk b2 = Chunk::load (w2 + 4) * Chunk::load (x2 + 4);
-        Chunk b3 = Chunk::load (w3 + 4) * Chunk::load (x3 + 4);
-
-       #pragma GCC unroll 4
-        for (int j = 8; j < taps; j += 8)
+       #pragma GCC unroll 8
+        for (int k = 0; k < group; ++k)
         {
-            a0 = a0 + Chunk::load (w0 + j) * Chunk::load (x0 + j);
-            a1 = a1 + Chunk::load (w1 + j) * Chunk::load (x1 + j);
-            a2 = a2 + Chunk::load (w2 + j) * Chunk::load (x2 + j);
-            a3 = a3 + Chunk::load (w3 + j) * Chunk::load (x3 + j);
-            b0 = b0 + Chunk::load (w0 + j + 4) * Chunk::load (x0 + j + 4);
-            b1 = b1 + Chunk::load (w1 + j + 4) * Chunk::load (x1 + j + 4);
-            b2 = b2 + Chunk::load (w2 + j + 4) * Chunk::load (x2 + j + 4);
-            b3 = b3 + Chunk::load (w3 + j + 4) * Chunk::load (x3 + j + 4);
+            const double* w = weightsFor (n + k);
+            const double* x = samplesFor (n + k);
+            sum[k] = Chunk::load (w) * Chunk::load (x);
+
+           #pragma GCC unroll 8
+            for (int j = 4; j < taps; j += 4)
+                sum[k] = sum[k] + Chunk::load (w + j) * Chunk::load (x + j);
         }
 
-        reduceFour (a0 + b0, a1 + b1, a2 + b2, a3 + b3, out + n);
+       #pragma GCC unroll 2
+        for (int k = 0; k < group; k += 4)
+            reduceFour (sum[k], sum[k + 1], sum[k + 2], sum[k + 3], out + n + k);
     }
 
     for (; n < count; ++n)
