@@ -105,14 +105,6 @@ private:
 
         if (writeIndex >= (std::uint32_t) capacity)
             writeIndex -= (std::uint32_t) capacity;
-
-        // The write index sweeps the whole buffer once a second, so what it
-        // meets next has long left the cache: fetch it a few blocks early.
-        const int ahead = (int) writeIndex + 4 * blockSize;
-
-        if (ahead + blockSize <= capacity)
-            for (int line = 0; line < blockSize; line += 8)
-                __builtin_prefetch (buffer + ahead + line, 1);
     }
 
     std::unique_ptr<double[], FreeDeleter> storage;

@@ -25,22 +25,11 @@ void DelayElementBank::beginBlock (unsigned q) noexcept
         // A lane whose delay stays at least a block long never reads what it
         // writes during the block, so all its reads can be made now.
         readsReady[(size_t) i] = std::min (e.motion.length, e.motion.targetLength) >= blockSize;
-        std::int32_t last;
 
         if (readsReady[(size_t) i])
-        {
-            last = kernels.planAndRead (e.motion, e.writeIndex, e.capacity, e.buffer, reads[i], quality);
-        }
+            kernels.planAndRead (e.motion, e.writeIndex, e.capacity, e.buffer, reads[i], quality);
         else
-        {
             kernels.plan (e.motion, e.writeIndex, e.capacity, index[i], fraction[i]);
-            last = index[i][blockSize - 1];
-        }
-
-        // Too many elements read at once for the processor to follow every
-        // stream by itself: fetch what the next block will read.
-        for (int line = 1; line <= blockSize + 8; line += 8)
-            __builtin_prefetch (e.buffer + last + line);
     }
 }
 

@@ -192,8 +192,8 @@ struct Pack
     }
 
     // The linear reads at positions that lie on one side of the wrap, made
-    // as they are split; `last` is where the last one ends.
-    QUORLANE_INLINE void readLinear (const double* buffer, std::int32_t shift, double* out, std::int32_t& last) const
+    // as they are split.
+    QUORLANE_INLINE void readLinear (const double* buffer, std::int32_t shift, double* out) const
     {
         for (int i = 0; i < count; ++i)
         {
@@ -202,7 +202,6 @@ struct Pack
             wholeAndFraction (i, whole, f);
             const Ints index = whole - shift;
             linearVector (buffer, index, f, out + i * nativeWidth);
-            last = index[nativeWidth - 1];
         }
     }
 
@@ -802,10 +801,10 @@ QUORLANE_INLINE void sincRun (const double* weights, const double* samples, doub
 // power of two falls between them and rounds the later ones on a coarser
 // grid. Positions only ever rise, so where the first and the last agree, all
 // do, and the reads are one run along the buffer. Returns false where the
-// block is not of that kind; `last` is where the block's last read ends.
+// block is not of that kind.
 template <typename Native>
 QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
-                                const double* buffer, double* out, unsigned quality, std::int32_t& last)
+                                const double* buffer, double* out, unsigned quality)
 {
     constexpr int blockSize = DelayKernels::blockSize;
     const double base = (double) (writeIndex + (std::uint32_t) capacity);
@@ -858,83 +857,90 @@ QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeInde
 
     const double a = 1.0 - m.lfoCoefficient, a2 = a * a;
     finishSteadyBlock (m, m.lfoCoefficient, a2 * a2);
-    last = index + blockSize - 1;
     return true;
 }
 
 // In calls of their own, which leave the other blocks' code as it is.
 __attribute__ ((noinline)) bool readFixedPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
-                                                   const double* buffer, double* out, unsigned quality, std::int32_t& last) noexcept
+                                                   const double* buffer, double* out, unsigned quality) noexcept
 {
-    return readFixed<Doubles2> (m, writeIndex, capacity, buffer, out, quality, last);
+    return readFixed<Doubles2> (m, writeIndex, capacity, buffer, out, quality);
 }
 
 #if QUORLANE_X86_DISPATCH
 QUORLANE_TARGET_FMA __attribute__ ((noinline)) bool readFixedFma (DelayKernels::Motion& m, std::uint32_t writeIndex,
                                                                    std::int32_t capacity, const double* buffer, double* out,
-                                                                   unsigned quality, std::int32_t& last) noexcept
+                                                                   unsigned quality) noexcept
 {
-    return readFixed<Doubles4> (m, writeIndex, capacity, buffer, out, quality, last);
+    return readFixed<Doubles4> (m, writeIndex, capacity, buffer, out, quality);
 }
 #endif
 
 // Both in one function: no second call, and the steady block's reads are
-// made from its positions without a second pass over them (linear reads)
-// or with their phases found four at a time (sinc reads).
-template <typename Native, typename Plan, typename ReadFixed>
-QUORLANE_INLINE std::int32_t planAndReadBody (Plan plan, ReadFixed readFixed, DelayKernels::Motion& m, std::uint32_t writeIndex,
+// made from its positions without a second pass over them (linear reads,
+// taps 0) or with their phases found four at a time (sinc reads).
+template <typename Native, int taps, typename Plan, typename ReadFixed>
+QUORLANE_INLINE void planAndReadBody (Plan plan, ReadFixed readFixed, DelayKernels::Motion& m, std::uint32_t writeIndex,
                                               int capacity, const double* buffer, double* out, unsigned quality)
 {
-    std::int32_t last = 0;
+    if (m.depth == 0.0 && m.targetDepth == 0.0 && readFixed (m, writeIndex, capacity, buffer, out, quality))
+        return;
 
-    if (m.depth == 0.0 && m.targetDepth == 0.0 && readFixed (m, writeIndex, capacity, buffer, out, quality, last))
-        return last;
-
-    if (quality == 0)
+    if constexpr (taps == 0)
     {
         if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
-                                { position.readLinear (buffer, shift, out + n, last); }))
-            return last;
+                                { position.readLinear (buffer, shift, out + n); }))
+            return;
     }
     else
     {
-        const double* table = InterpolationTables::get().row (quality, 0);
-
         // The positions of the whole block first: the sums of the reads
         // need every register.
-        auto sinc = [&] (auto tapCount)
+        alignas (64) std::int32_t index[DelayKernels::blockSize], row[DelayKernels::blockSize];
+
+        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
+                                { position.splitRows (shift, taps, index + n, row + n); }))
         {
-            constexpr int taps = decltype (tapCount)::value;
-            alignas (64) std::int32_t index[DelayKernels::blockSize], row[DelayKernels::blockSize];
-
-            if (! planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
-                                      { position.splitRows (shift, taps, index + n, row + n); }))
-                return false;
-
+            const double* table = InterpolationTables::get().row (quality, 0);
             sincReadsWith<Native, taps> ([table, &row] (int k) { return table + row[k]; },
-                                         [buffer, &index] (int k) { return buffer + index[k] - (decltype (tapCount)::value - 1); },
+                                         [buffer, &index] (int k) { return buffer + index[k] - (taps - 1); },
                                          out, DelayKernels::blockSize);
-            last = index[DelayKernels::blockSize - 1];
-            return true;
-        };
-
-        if (quality == 1 ? sinc (std::integral_constant<int, 8> {})
-            : quality == 2 ? sinc (std::integral_constant<int, 16> {})
-            : sinc (std::integral_constant<int, 32> {}))
-            return last;
+            return;
+        }
     }
 
     alignas (64) std::int32_t index[DelayKernels::blockSize];
     alignas (64) double fraction[DelayKernels::blockSize];
     plan (m, writeIndex, capacity, index, fraction);
     interpolateBody<Native> (buffer, index, fraction, out, DelayKernels::blockSize, quality);
-    return index[DelayKernels::blockSize - 1];
 }
 
-std::int32_t planAndReadPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, const double* buffer,
+// Each quality in a function of its own, so that the compiler fits each
+// one's loops to the registers by themselves.
+template <int taps>
+__attribute__ ((noinline)) void planAndReadPortableFor (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
+                                                                const double* buffer, double* out, unsigned quality) noexcept
+{
+    planAndReadBody<Doubles2, taps> (planPortable, readFixedPortable, m, writeIndex, capacity, buffer, out, quality);
+}
+
+template <typename Kernel>
+QUORLANE_INLINE void forQuality (unsigned quality, Kernel kernel)
+{
+    switch (quality)
+    {
+        case 0:  kernel (std::integral_constant<int, 0> {}); break;
+        case 1:  kernel (std::integral_constant<int, 8> {}); break;
+        case 2:  kernel (std::integral_constant<int, 16> {}); break;
+        default: kernel (std::integral_constant<int, 32> {}); break;
+    }
+}
+
+void planAndReadPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, const double* buffer,
                                   double* out, unsigned quality) noexcept
 {
-    return planAndReadBody<Doubles2> (planPortable, readFixedPortable, m, writeIndex, capacity, buffer, out, quality);
+    forQuality (quality, [&] (auto taps)
+                { planAndReadPortableFor<taps> (m, writeIndex, capacity, buffer, out, quality); });
 }
 
 void interpolatePortable (const double* buffer, const std::int32_t* index, const double* fraction,
@@ -968,10 +974,19 @@ QUORLANE_TARGET_FMA void planFma (DelayKernels::Motion& m, std::uint32_t writeIn
         planAnyFma (m, writeIndex, capacity, index, fraction);
 }
 
-QUORLANE_TARGET_FMA std::int32_t planAndReadFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
-                                                  const double* buffer, double* out, unsigned quality) noexcept
+template <int taps>
+QUORLANE_TARGET_FMA __attribute__ ((noinline)) void planAndReadFmaFor (DelayKernels::Motion& m, std::uint32_t writeIndex,
+                                                                                int capacity, const double* buffer, double* out,
+                                                                                unsigned quality) noexcept
 {
-    return planAndReadBody<Doubles4> (planFma, readFixedFma, m, writeIndex, capacity, buffer, out, quality);
+    planAndReadBody<Doubles4, taps> (planFma, readFixedFma, m, writeIndex, capacity, buffer, out, quality);
+}
+
+void planAndReadFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, const double* buffer,
+                             double* out, unsigned quality) noexcept
+{
+    forQuality (quality, [&] (auto taps)
+                { planAndReadFmaFor<taps> (m, writeIndex, capacity, buffer, out, quality); });
 }
 
 QUORLANE_TARGET_FMA void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,

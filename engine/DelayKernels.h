@@ -34,10 +34,9 @@ struct DelayKernels
     void (*plan) (Motion&, std::uint32_t writeIndex, int capacity, std::int32_t* index, double* fraction) noexcept;
 
     // The same plan, with the block's reads made at once from the element's
-    // buffer: out[n] is the read of sample n. Returns where the block's last
-    // read ends, for fetching ahead.
-    std::int32_t (*planAndRead) (Motion&, std::uint32_t writeIndex, int capacity, const double* buffer,
-                                 double* out, unsigned quality) noexcept;
+    // buffer: out[n] is the read of sample n.
+    void (*planAndRead) (Motion&, std::uint32_t writeIndex, int capacity, const double* buffer,
+                         double* out, unsigned quality) noexcept;
 
     // Interpolated reads: for n < count, out[n] is the read at index[n] +
     // fraction[n] in the quality's variant.
