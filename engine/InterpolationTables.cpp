@@ -2,12 +2,6 @@
 
 #include <cmath>
 
-const InterpolationTables& InterpolationTables::get()
-{
-    static const InterpolationTables tables;
-    return tables;
-}
-
 double InterpolationTables::weight (int taps, int entry)
 {
     const int size = taps * phases;

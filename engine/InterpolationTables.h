@@ -15,7 +15,13 @@ public:
     static constexpr int phases = 512;
     static constexpr int maxTaps = 32;
 
-    static const InterpolationTables& get();
+    // Inline, so that the delay kernels' calls for every block cost a test,
+    // not a call.
+    static const InterpolationTables& get()
+    {
+        static const InterpolationTables tables;
+        return tables;
+    }
 
     static constexpr int tapsForQuality (unsigned quality) noexcept { return 4 << quality; }
 
