@@ -10,11 +10,21 @@
 #if defined(__GNUC__) && defined(__x86_64__)
  #define QUORLANE_X86_DISPATCH 1
  #define QUORLANE_TARGET_FMA __attribute__ ((target ("avx2,fma")))
+ // A kernel takes in every helper, including the AVX2 ones below.
+ #define QUORLANE_FMA_KERNEL __attribute__ ((target ("avx2,fma"), flatten))
 #else
  #define QUORLANE_X86_DISPATCH 0
 #endif
 
+#if QUORLANE_X86_DISPATCH
+ #include <immintrin.h>
+#endif
+
 #define QUORLANE_INLINE inline __attribute__ ((always_inline))
+
+// Lambdas inlined where they are handed over, before the compiler decides on
+// the AVX2 helpers they call (which it can only inline into an AVX2 kernel).
+#define QUORLANE_INLINE_LAMBDA __attribute__ ((always_inline))
 
 namespace
 {
@@ -24,6 +34,28 @@ using Doubles2 = double __attribute__ ((vector_size (16)));
 using Doubles4 = double __attribute__ ((vector_size (32)));
 using Ints2 = std::int32_t __attribute__ ((vector_size (8)));
 using Ints4 = std::int32_t __attribute__ ((vector_size (16)));
+
+#if QUORLANE_X86_DISPATCH
+// AVX2 instructions that the generic vectors do not reach. These are plain
+// inline functions of the AVX2 target, which the compiler inlines wherever
+// they end up inside an AVX2 kernel (as always_inline it would have to at
+// every step, including the shared templates built for any target).
+
+// Four integers to doubles in one conversion (the generic one takes four).
+QUORLANE_TARGET_FMA inline void toDoubles (const Ints4& whole, Doubles4& result)
+{
+    result = (Doubles4) _mm256_cvtepi32_pd ((__m128i) whole);
+}
+
+// The sums of the four values of each of s0 ... s3, as (v0 + v1) + (v2 + v3).
+QUORLANE_TARGET_FMA inline void sumFours (const Doubles4& s0, const Doubles4& s1, const Doubles4& s2, const Doubles4& s3,
+                                          double* result)
+{
+    const __m256d ab = _mm256_hadd_pd ((__m256d) s0, (__m256d) s1);
+    const __m256d cd = _mm256_hadd_pd ((__m256d) s2, (__m256d) s3);
+    _mm256_storeu_pd (result, _mm256_add_pd (_mm256_permute2f128_pd (ab, cd, 0x20), _mm256_permute2f128_pd (ab, cd, 0x31)));
+}
+#endif
 
 // The integer vector of conversions.
 template <typename Native> struct Traits;
@@ -45,8 +77,8 @@ QUORLANE_INLINE void storeUnaligned (Scalar* destination, const Vector& v)
 }
 
 // The linear reads of one native vector of positions into out, given their
-// stored indices and fractions: each read's two samples are loaded as one pair, and
-// the pairs are regrouped into older and newer samples.
+// stored indices and fractions: each read's two samples are loaded as one
+// pair, and the pairs are regrouped into older and newer samples.
 template <typename Native, typename Indices>
 QUORLANE_INLINE void linearVector (const double* buffer, const Indices& index, const Native& fraction, double* out)
 {
@@ -158,7 +190,16 @@ struct Pack
     QUORLANE_INLINE void wholeAndFraction (int i, Ints& whole, Native& fraction) const
     {
         whole = __builtin_convertvector (part[i], Ints);
-        fraction = part[i] - __builtin_convertvector (whole, Native);
+        Native back;
+
+       #if QUORLANE_X86_DISPATCH
+        if constexpr (sizeof (Native) == 32)
+            toDoubles (whole, back);
+        else
+       #endif
+            back = __builtin_convertvector (whole, Native);
+
+        fraction = part[i] - back;
     }
 
     // Splits positions of the mirrored buffer into the stored index of their
@@ -328,7 +369,7 @@ QUORLANE_INLINE bool planSteadyBlock (DelayKernels::Motion& m, std::uint32_t wri
 {
     const std::int32_t wrapIndex = capacity + DelayKernels::blockSize - 1;
 
-    return planSteady<Native> (m, writeIndex, capacity, false, [=] (int n, const auto& position, bool oneSide, std::int32_t shift)
+    return planSteady<Native> (m, writeIndex, capacity, false, [=] (int n, const auto& position, bool oneSide, std::int32_t shift) QUORLANE_INLINE_LAMBDA
     {
         if (oneSide)
             position.splitShifted (shift, index + n, fraction + n);
@@ -472,7 +513,7 @@ QUORLANE_INLINE void planBody (DelayKernels::Motion& m, std::uint32_t writeIndex
     const Chunk four = Chunk::broadcast ((double) chunk);
     const std::int32_t wrapIndex = wholeCapacity + blockSize - 1; // the first position stored at - capacity
 
-    auto positions = [&] (auto glidingNow, auto stageNow)
+    auto positions = [&] (auto glidingNow, auto stageNow) QUORLANE_INLINE_LAMBDA
     {
         Chunk at = Chunk::broadcast (base) + Chunk::load (ramp);
         StageChunks stages = segment();
@@ -549,8 +590,10 @@ QUORLANE_INLINE void linearReads (const double* buffer, const std::int32_t* inde
     for (; n + width <= count; n += width)
     {
         Native f;
+        typename Traits<Native>::Ints i;
         loadUnaligned (f, fraction + n);
-        linearVector (buffer, index + n, f, out + n);
+        loadUnaligned (i, index + n);
+        linearVector (buffer, i, f, out + n);
     }
 
     for (; n < count; ++n)
@@ -561,15 +604,11 @@ QUORLANE_INLINE void linearReads (const double* buffer, const std::int32_t* inde
 template <typename Chunk>
 QUORLANE_INLINE void reduceFour (const Chunk& s0, const Chunk& s1, const Chunk& s2, const Chunk& s3, double* result)
 {
+   #if QUORLANE_X86_DISPATCH
     if constexpr (std::is_same_v<Chunk, Pack<Doubles4, 1>>)
-    {
-        const Doubles4 a = s0.part[0], b = s1.part[0], c = s2.part[0], d = s3.part[0];
-        const Doubles4 ab = __builtin_shufflevector (a, b, 0, 4, 2, 6) + __builtin_shufflevector (a, b, 1, 5, 3, 7);
-        const Doubles4 cd = __builtin_shufflevector (c, d, 0, 4, 2, 6) + __builtin_shufflevector (c, d, 1, 5, 3, 7);
-        const Doubles4 sums = __builtin_shufflevector (ab, cd, 0, 1, 4, 5) + __builtin_shufflevector (ab, cd, 2, 3, 6, 7);
-        storeUnaligned (result, sums);
-    }
+        sumFours (s0.part[0], s1.part[0], s2.part[0], s3.part[0], result);
     else
+   #endif
     {
         const Chunk* sums[4] = { &s0, &s1, &s2, &s3 };
 
@@ -868,7 +907,7 @@ __attribute__ ((noinline)) bool readFixedPortable (DelayKernels::Motion& m, std:
 }
 
 #if QUORLANE_X86_DISPATCH
-QUORLANE_TARGET_FMA __attribute__ ((noinline)) bool readFixedFma (DelayKernels::Motion& m, std::uint32_t writeIndex,
+QUORLANE_FMA_KERNEL __attribute__ ((noinline)) bool readFixedFma (DelayKernels::Motion& m, std::uint32_t writeIndex,
                                                                    std::int32_t capacity, const double* buffer, double* out,
                                                                    unsigned quality) noexcept
 {
@@ -888,7 +927,7 @@ QUORLANE_INLINE void planAndReadBody (Plan plan, ReadFixed readFixed, DelayKerne
 
     if constexpr (taps == 0)
     {
-        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
+        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift) QUORLANE_INLINE_LAMBDA
                                 { position.readLinear (buffer, shift, out + n); }))
             return;
     }
@@ -898,7 +937,7 @@ QUORLANE_INLINE void planAndReadBody (Plan plan, ReadFixed readFixed, DelayKerne
         // need every register.
         alignas (64) std::int32_t index[DelayKernels::blockSize], row[DelayKernels::blockSize];
 
-        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift)
+        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift) QUORLANE_INLINE_LAMBDA
                                 { position.splitRows (shift, taps, index + n, row + n); }))
         {
             const double* table = InterpolationTables::get().row (quality, 0);
@@ -961,13 +1000,13 @@ void allpassChainPortable (const double* const* reads, const double* gains, doub
 }
 
 #if QUORLANE_X86_DISPATCH
-QUORLANE_TARGET_FMA __attribute__ ((noinline)) void planAnyFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
+QUORLANE_FMA_KERNEL __attribute__ ((noinline)) void planAnyFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                                                  std::int32_t* index, double* fraction) noexcept
 {
     planBody<Doubles4> (m, writeIndex, capacity, index, fraction);
 }
 
-QUORLANE_TARGET_FMA void planFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
+QUORLANE_FMA_KERNEL void planFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                   std::int32_t* index, double* fraction) noexcept
 {
     if (! planSteadyBlock<Doubles4> (m, writeIndex, capacity, index, fraction))
@@ -975,7 +1014,7 @@ QUORLANE_TARGET_FMA void planFma (DelayKernels::Motion& m, std::uint32_t writeIn
 }
 
 template <int taps>
-QUORLANE_TARGET_FMA __attribute__ ((noinline)) void planAndReadFmaFor (DelayKernels::Motion& m, std::uint32_t writeIndex,
+QUORLANE_FMA_KERNEL __attribute__ ((noinline)) void planAndReadFmaFor (DelayKernels::Motion& m, std::uint32_t writeIndex,
                                                                                 int capacity, const double* buffer, double* out,
                                                                                 unsigned quality) noexcept
 {
@@ -989,18 +1028,18 @@ void planAndReadFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capa
                 { planAndReadFmaFor<taps> (m, writeIndex, capacity, buffer, out, quality); });
 }
 
-QUORLANE_TARGET_FMA void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,
+QUORLANE_FMA_KERNEL void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,
                                          double* out, int count, unsigned quality) noexcept
 {
     interpolateBody<Doubles4> (buffer, index, fraction, out, count, quality);
 }
 
-QUORLANE_TARGET_FMA void allpassFma (const double* reads, double g, double* io, double* written, int count) noexcept
+QUORLANE_FMA_KERNEL void allpassFma (const double* reads, double g, double* io, double* written, int count) noexcept
 {
     allpassBody<Doubles4> (reads, g, io, written, count);
 }
 
-QUORLANE_TARGET_FMA void allpassChainFma (const double* const* reads, const double* gains, double* io,
+QUORLANE_FMA_KERNEL void allpassChainFma (const double* const* reads, const double* gains, double* io,
                                           double* const* written, int stages) noexcept
 {
     allpassChainBody<Doubles4> (reads, gains, io, written, stages);
