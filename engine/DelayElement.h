@@ -82,11 +82,21 @@ private:
         const int w = (int) writeIndex;
         const int first = std::min (blockSize, capacity - w);
 
-        for (int n = 0; n < first; ++n)
-            buffer[w + n] = make (n);
+        // The whole block in one piece (always, where the capacity is a
+        // number of blocks) in a loop of fixed length, which is vectorised.
+        if (first == blockSize)
+        {
+            for (int n = 0; n < blockSize; ++n)
+                buffer[w + n] = make (n);
+        }
+        else
+        {
+            for (int n = 0; n < first; ++n)
+                buffer[w + n] = make (n);
 
-        for (int n = first; n < blockSize; ++n)
-            buffer[n - first] = make (n);
+            for (int n = first; n < blockSize; ++n)
+                buffer[n - first] = make (n);
+        }
 
         advanceWriteIndex();
     }

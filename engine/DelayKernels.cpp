@@ -958,28 +958,9 @@ QUORLANE_INLINE void planAndReadBody (Plan plan, ReadFixed readFixed, DelayKerne
 // one's loops to the registers by themselves.
 template <int taps>
 __attribute__ ((noinline)) void planAndReadPortableFor (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
-                                                                const double* buffer, double* out, unsigned quality) noexcept
+                                                        const double* buffer, double* out, unsigned quality) noexcept
 {
     planAndReadBody<Doubles2, taps> (planPortable, readFixedPortable, m, writeIndex, capacity, buffer, out, quality);
-}
-
-template <typename Kernel>
-QUORLANE_INLINE void forQuality (unsigned quality, Kernel kernel)
-{
-    switch (quality)
-    {
-        case 0:  kernel (std::integral_constant<int, 0> {}); break;
-        case 1:  kernel (std::integral_constant<int, 8> {}); break;
-        case 2:  kernel (std::integral_constant<int, 16> {}); break;
-        default: kernel (std::integral_constant<int, 32> {}); break;
-    }
-}
-
-void planAndReadPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, const double* buffer,
-                                  double* out, unsigned quality) noexcept
-{
-    forQuality (quality, [&] (auto taps)
-                { planAndReadPortableFor<taps> (m, writeIndex, capacity, buffer, out, quality); });
 }
 
 void interpolatePortable (const double* buffer, const std::int32_t* index, const double* fraction,
@@ -1015,17 +996,10 @@ QUORLANE_FMA_KERNEL void planFma (DelayKernels::Motion& m, std::uint32_t writeIn
 
 template <int taps>
 QUORLANE_FMA_KERNEL __attribute__ ((noinline)) void planAndReadFmaFor (DelayKernels::Motion& m, std::uint32_t writeIndex,
-                                                                                int capacity, const double* buffer, double* out,
-                                                                                unsigned quality) noexcept
+                                                                        int capacity, const double* buffer, double* out,
+                                                                        unsigned quality) noexcept
 {
     planAndReadBody<Doubles4, taps> (planFma, readFixedFma, m, writeIndex, capacity, buffer, out, quality);
-}
-
-void planAndReadFma (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity, const double* buffer,
-                             double* out, unsigned quality) noexcept
-{
-    forQuality (quality, [&] (auto taps)
-                { planAndReadFmaFor<taps> (m, writeIndex, capacity, buffer, out, quality); });
 }
 
 QUORLANE_FMA_KERNEL void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,
@@ -1049,7 +1023,10 @@ QUORLANE_FMA_KERNEL void allpassChainFma (const double* const* reads, const doub
 
 const DelayKernels& DelayKernels::portable()
 {
-    static const DelayKernels kernels { planPortable, planAndReadPortable, interpolatePortable, allpassPortable, allpassChainPortable };
+    static const DelayKernels kernels { planPortable,
+                                        { planAndReadPortableFor<0>, planAndReadPortableFor<8>, planAndReadPortableFor<16>,
+                                          planAndReadPortableFor<32> },
+                                        interpolatePortable, allpassPortable, allpassChainPortable };
     return kernels;
 }
 
@@ -1062,7 +1039,9 @@ const DelayKernels& DelayKernels::best()
 
         if (__builtin_cpu_supports ("avx2") && __builtin_cpu_supports ("fma"))
         {
-            static const DelayKernels avx { planFma, planAndReadFma, interpolateFma, allpassFma, allpassChainFma };
+            static const DelayKernels avx { planFma,
+                                            { planAndReadFmaFor<0>, planAndReadFmaFor<8>, planAndReadFmaFor<16>, planAndReadFmaFor<32> },
+                                            interpolateFma, allpassFma, allpassChainFma };
             return avx;
         }
        #endif

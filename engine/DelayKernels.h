@@ -34,9 +34,17 @@ struct DelayKernels
     void (*plan) (Motion&, std::uint32_t writeIndex, int capacity, std::int32_t* index, double* fraction) noexcept;
 
     // The same plan, with the block's reads made at once from the element's
-    // buffer: out[n] is the read of sample n.
-    void (*planAndRead) (Motion&, std::uint32_t writeIndex, int capacity, const double* buffer,
-                         double* out, unsigned quality) noexcept;
+    // buffer: out[n] is the read of sample n. One function for each quality
+    // (any above 3 reads as 3).
+    using PlanAndRead = void (*) (Motion&, std::uint32_t writeIndex, int capacity, const double* buffer,
+                                  double* out, unsigned quality) noexcept;
+    PlanAndRead planAndReadFor[4];
+
+    void planAndRead (Motion& m, std::uint32_t writeIndex, int capacity, const double* buffer,
+                      double* out, unsigned quality) const noexcept
+    {
+        planAndReadFor[quality < 3 ? quality : 3] (m, writeIndex, capacity, buffer, out, quality);
+    }
 
     // Interpolated reads: for n < count, out[n] is the read at index[n] +
     // fraction[n] in the quality's variant.
