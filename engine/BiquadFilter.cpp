@@ -16,11 +16,13 @@ void BiquadFilter::process (double* io) noexcept
             c = tuning.getCoefficients();
         }
 
-        // Transposed direct form II.
+        // Transposed direct form II, with each new output entering the
+        // states last: the next output then waits for one multiply and one
+        // subtraction, not four steps (the sums differ in the last bits).
         const double x = io[n];
         const double y = c.b0 * x + s1;
-        s1 = c.b1 * x - c.a1 * y + s2 + 1e-20;
-        s2 = c.b2 * x - c.a2 * y + 1e-20;
+        s1 = ((c.b1 * x + 1e-20) + s2) - c.a1 * y;
+        s2 = (c.b2 * x + 1e-20) - c.a2 * y;
         io[n] = y;
     }
 

@@ -24,8 +24,8 @@ void StereoBiquadFilter::process (double* left, double* right) noexcept
         // Transposed direct form II, the same arithmetic as BiquadFilter.
         const Pair x { left[n], right[n] };
         const Pair y = c.b0 * x + s1;
-        s1 = c.b1 * x - c.a1 * y + s2 + 1e-20;
-        s2 = c.b2 * x - c.a2 * y + 1e-20;
+        s1 = ((c.b1 * x + 1e-20) + s2) - c.a1 * y;
+        s2 = (c.b2 * x + 1e-20) - c.a2 * y;
         left[n] = y[0];
         right[n] = y[1];
     }
