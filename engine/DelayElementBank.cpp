@@ -84,7 +84,6 @@ void DelayElementBank::processChain (int first, int step, int count, double* io)
         const int lane = first + s * step;
         const DelayElement& e = *elements[(size_t) lane];
         whole = whole && readsReady[(size_t) lane] && (int) e.writeIndex + blockSize <= e.capacity;
-        chain.reads[s] = reads[lane];
         chain.written[s] = e.buffer + e.writeIndex;
         chain.gains[s] = e.coefficient;
     }
@@ -97,7 +96,7 @@ void DelayElementBank::processChain (int first, int step, int count, double* io)
         return;
     }
 
-    kernels.allpassChain (chain.reads, chain.gains, io, chain.written, count);
+    kernels.allpassChain (reads[first], step * blockSize, chain.gains, io, chain.written, count);
 
     for (int s = 0; s < count; ++s)
         elements[(size_t) (first + s * step)]->advanceWriteIndex();

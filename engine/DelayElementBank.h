@@ -52,7 +52,6 @@ private:
     // The stages of the chain being processed.
     struct Chain
     {
-        const double* reads[maxLanes] {};
         double* written[maxLanes] {};
         double gains[maxLanes] {};
     } chain;

@@ -300,6 +300,32 @@ QUORLANE_INLINE void finishSteadyBlock (DelayKernels::Motion& m, double c, doubl
     m.lfoCountdown -= blockSize;
 }
 
+// Whether a block is steady (see planSteady) as far as its delay goes:
+// nothing glides, no LFO step falls in it, the write index does not wrap in
+// it and the delay stays clear of the oldest samples. Stage 2 of the LFO
+// stays within [0, 1], so every position lies between the block's lowest and
+// highest; where both are on one side of the wrap, so is every position
+// (oneSide), and their stored indices are `shift` below their integer parts.
+QUORLANE_INLINE bool isSteady (const DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
+                               bool& oneSide, std::int32_t& shift)
+{
+    constexpr int blockSize = DelayKernels::blockSize;
+    const double base = (double) (writeIndex + (std::uint32_t) capacity);
+    const double length = m.length, depth = m.depth;
+    const double longest = std::max (length, m.targetLength) * (1.0 + std::max (depth, m.targetDepth));
+
+    if (! (m.lengthSettled && m.depthSettled) || ! (m.lfoCountdown >= blockSize)
+        || base + blockSize > 2.0 * capacity || ! (longest + 2.0 < capacity - 64.0))
+        return false;
+
+    const std::int32_t wrapIndex = capacity + blockSize - 1;
+    const double lowest = base - length - depth * length - 2.0;
+    const double highest = base + blockSize - length + 1.0;
+    oneSide = lowest >= wrapIndex || highest < wrapIndex;
+    shift = lowest >= wrapIndex ? capacity : 0;
+    return true;
+}
+
 // The block of most elements most of the time, in the closed forms below:
 // nothing glides, no LFO step and no wrap of the write index fall in it, and
 // the delay stays clear of the oldest samples. Returns false for any other,
@@ -316,14 +342,14 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
     constexpr int chunk = Chunk::width;
     static constexpr double ramp[chunk] = { 0.0, 1.0, 2.0, 3.0 };
 
-    const double base = (double) (writeIndex + (std::uint32_t) capacity);
-    const double length = m.length, depth = m.depth;
-    const double longest = std::max (length, m.targetLength) * (1.0 + std::max (depth, m.targetDepth));
+    bool oneSide;
+    std::int32_t shift;
 
-    if (! (m.lengthSettled && m.depthSettled) || ! (m.lfoCountdown >= blockSize)
-        || base + blockSize > 2.0 * capacity || ! (longest + 2.0 < capacity - 64.0))
+    if (! isSteady (m, writeIndex, capacity, oneSide, shift) || (oneSideOnly && ! oneSide))
         return false;
 
+    const double base = (double) (writeIndex + (std::uint32_t) capacity);
+    const double length = m.length, depth = m.depth;
     const double c = m.lfoCoefficient, a = 1.0 - c, a2 = a * a, a4 = a2 * a2;
     const double target = m.lfoTarget, from1 = m.lfoStage1 - target, from2 = m.lfoStage2 - target;
     const double firstPowers[chunk] = { a, a2, a2 * a, a4 };
@@ -334,17 +360,6 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
     Chunk powers = Chunk::load (firstPowers);
     Chunk weights = Chunk::broadcast (from2) + Chunk::broadcast (c * from1) * (Chunk::load (ramp) + Chunk::broadcast (1.0));
     Chunk at = Chunk::broadcast (base) + Chunk::load (ramp);
-
-    // Stage 2 stays within [0, 1], so every position lies between these two;
-    // where both are on one side of the wrap, so is the whole block.
-    const std::int32_t wrapIndex = capacity + blockSize - 1;
-    const double lowest = base - length - depth * length - 2.0;
-    const double highest = base + blockSize - length + 1.0;
-    const bool oneSide = lowest >= wrapIndex || highest < wrapIndex;
-    const std::int32_t shift = lowest >= wrapIndex ? capacity : 0;
-
-    if (oneSideOnly && ! oneSide)
-        return false;
 
    #pragma GCC unroll 8
     for (int n = 0; n < blockSize; n += chunk)
@@ -727,8 +742,8 @@ QUORLANE_INLINE void allpassBody (const double* reads, double g, double* io, dou
 // Stages one after the other over a block held in registers, so that the
 // signal is loaded and stored once for the whole chain.
 template <typename Native>
-QUORLANE_INLINE void allpassChainBody (const double* const* reads, const double* gains, double* io, double* const* written,
-                                       int stages)
+QUORLANE_INLINE void allpassChainBody (const double* reads, int readStride, const double* gains, double* io,
+                                       double* const* written, int stages)
 {
     using P = Pack<Native, 1>;
     constexpr int width = P::width;
@@ -748,7 +763,7 @@ QUORLANE_INLINE void allpassChainBody (const double* const* reads, const double*
     for (int s = 0; s < stages; ++s)
     {
         const P coefficient = P::broadcast (gains[s]);
-        const double* r = reads[s];
+        const double* r = reads + s * readStride;
         double* w = written[s];
 
        #pragma GCC unroll 16
@@ -846,16 +861,14 @@ QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeInde
                                 const double* buffer, double* out, unsigned quality)
 {
     constexpr int blockSize = DelayKernels::blockSize;
+    bool oneSide;
+    std::int32_t shift;
+
+    if (! isSteady (m, writeIndex, capacity, oneSide, shift) || ! oneSide)
+        return false;
+
     const double base = (double) (writeIndex + (std::uint32_t) capacity);
     const double length = m.length;
-    const double longest = std::max (length, m.targetLength);
-    const std::int32_t wrapIndex = capacity + blockSize - 1;
-    const double lowest = base - length - 2.0, highest = base + blockSize - length + 1.0;
-
-    if (! (m.lengthSettled && m.depthSettled && m.lfoCountdown >= blockSize)
-        || base + blockSize > 2.0 * capacity || ! (longest + 2.0 < capacity - 64.0)
-        || ! (lowest >= wrapIndex || highest < wrapIndex))
-        return false;
 
     // The same roundings as the planned positions, the modulation's share
     // being the 1e-20 alone.
@@ -866,7 +879,7 @@ QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeInde
     if (finalWhole != whole + blockSize - 1 || final - finalWhole != fraction)
         return false;
 
-    const std::int32_t index = whole - (lowest >= wrapIndex ? capacity : 0);
+    const std::int32_t index = whole - shift;
 
     if (quality == 0)
     {
@@ -917,10 +930,11 @@ QUORLANE_FMA_KERNEL __attribute__ ((noinline)) bool readFixedFma (DelayKernels::
 
 // Both in one function: no second call, and the steady block's reads are
 // made from its positions without a second pass over them (linear reads,
-// taps 0) or with their phases found four at a time (sinc reads).
+// taps 0) or from the indices and table rows of all its positions (sinc
+// reads).
 template <typename Native, int taps, typename Plan, typename ReadFixed>
 QUORLANE_INLINE void planAndReadBody (Plan plan, ReadFixed readFixed, DelayKernels::Motion& m, std::uint32_t writeIndex,
-                                              int capacity, const double* buffer, double* out, unsigned quality)
+                                      int capacity, const double* buffer, double* out, unsigned quality)
 {
     if (m.depth == 0.0 && m.targetDepth == 0.0 && readFixed (m, writeIndex, capacity, buffer, out, quality))
         return;
@@ -974,10 +988,10 @@ void allpassPortable (const double* reads, double g, double* io, double* written
     allpassBody<Doubles2> (reads, g, io, written, count);
 }
 
-void allpassChainPortable (const double* const* reads, const double* gains, double* io, double* const* written,
+void allpassChainPortable (const double* reads, int readStride, const double* gains, double* io, double* const* written,
                            int stages) noexcept
 {
-    allpassChainBody<Doubles2> (reads, gains, io, written, stages);
+    allpassChainBody<Doubles2> (reads, readStride, gains, io, written, stages);
 }
 
 #if QUORLANE_X86_DISPATCH
@@ -1013,10 +1027,10 @@ QUORLANE_FMA_KERNEL void allpassFma (const double* reads, double g, double* io, 
     allpassBody<Doubles4> (reads, g, io, written, count);
 }
 
-QUORLANE_FMA_KERNEL void allpassChainFma (const double* const* reads, const double* gains, double* io,
+QUORLANE_FMA_KERNEL void allpassChainFma (const double* reads, int readStride, const double* gains, double* io,
                                           double* const* written, int stages) noexcept
 {
-    allpassChainBody<Doubles4> (reads, gains, io, written, stages);
+    allpassChainBody<Doubles4> (reads, readStride, gains, io, written, stages);
 }
 #endif
 }

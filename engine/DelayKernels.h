@@ -56,9 +56,10 @@ struct DelayKernels
     void (*allpass) (const double* reads, double g, double* io, double* written, int count) noexcept;
 
     // A chain of `stages` allpass updates of a whole block in place over io,
-    // stage s with reads[s], coefficient gains[s], and its element's values
-    // going to written[s]: the same as one allpass call per stage in turn.
-    void (*allpassChain) (const double* const* reads, const double* gains, double* io, double* const* written,
+    // stage s with the block of reads at reads + s * readStride, coefficient
+    // gains[s], and its element's values going to written[s]: the same as
+    // one allpass call per stage in turn.
+    void (*allpassChain) (const double* reads, int readStride, const double* gains, double* io, double* const* written,
                           int stages) noexcept;
 
     static const DelayKernels& portable();
