@@ -36,9 +36,24 @@ namespace
             if (! process.start (command, juce::ChildProcess::wantStdOut | juce::ChildProcess::wantStdErr))
                 return result;
 
-            // Windows' C runtime ends lines with CR LF.
-            result.output = process.readAllProcessOutput().replace ("\r\n", "\n");
+            // On Windows the reader gives up when it finds the pipe empty and then the
+            // process gone, which misses whatever the process wrote and exited in between;
+            // once it has finished, everything it wrote is in the pipe, so read once more.
+            juce::MemoryOutputStream output;
+            const auto readAll = [&process, &output]
+            {
+                char chunk[512];
+
+                for (int n; (n = process.readProcessOutput (chunk, (int) sizeof (chunk))) > 0;)
+                    output.write (chunk, (size_t) n);
+            };
+
+            readAll();
             process.waitForProcessToFinish (60000);
+            readAll();
+
+            // Windows' C runtime ends lines with CR LF.
+            result.output = output.toString().replace ("\r\n", "\n");
             result.exitCode = (int) process.getExitCode();
             return result;
         }
