@@ -640,8 +640,11 @@ QUORLANE_INLINE void reduceFour (const Chunk& s0, const Chunk& s1, const Chunk& 
 // samples ending at the integer position, in one running sum of four; eight
 // reads side by side (four without AVX, which has half the registers) keep
 // the processor busy while each sum waits for its previous step, and every
-// four sums are reduced together. weightsFor (n) and samplesFor (n) give the
-// phase's taps and the samples of read n.
+// four sums are reduced together. Four reads take their steps in turn, so
+// that the four independent steps follow each other in the code; one read's
+// steps in a row would fill the processor's queue with work that waits.
+// weightsFor (n) and samplesFor (n) give the phase's taps and the samples of
+// read n.
 template <typename Native, int taps, typename WeightsFor, typename SamplesFor>
 QUORLANE_INLINE void sincReadsWith (WeightsFor weightsFor, SamplesFor samplesFor, double* out, int count)
 {
@@ -653,16 +656,25 @@ QUORLANE_INLINE void sincReadsWith (WeightsFor weightsFor, SamplesFor samplesFor
     {
         Chunk sum[group];
 
-       #pragma GCC unroll 8
-        for (int k = 0; k < group; ++k)
+       #pragma GCC unroll 2
+        for (int first = 0; first < group; first += 4)
         {
-            const double* w = weightsFor (n + k);
-            const double* x = samplesFor (n + k);
-            sum[k] = Chunk::load (w) * Chunk::load (x);
+            const double* w[4];
+            const double* x[4];
+
+           #pragma GCC unroll 4
+            for (int k = 0; k < 4; ++k)
+            {
+                w[k] = weightsFor (n + first + k);
+                x[k] = samplesFor (n + first + k);
+                sum[first + k] = Chunk::load (w[k]) * Chunk::load (x[k]);
+            }
 
            #pragma GCC unroll 8
             for (int j = 4; j < taps; j += 4)
-                sum[k] = sum[k] + Chunk::load (w + j) * Chunk::load (x + j);
+               #pragma GCC unroll 4
+                for (int k = 0; k < 4; ++k)
+                    sum[first + k] = sum[first + k] + Chunk::load (w[k] + j) * Chunk::load (x[k] + j);
         }
 
        #pragma GCC unroll 2
