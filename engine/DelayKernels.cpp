@@ -82,10 +82,12 @@ QUORLANE_INLINE void storeUnaligned (Scalar* destination, const Vector& v)
 template <typename Native, typename Indices>
 QUORLANE_INLINE void linearVector (const double* buffer, const Indices& index, const Native& fraction, double* out)
 {
+    // Stored indices are never negative; taken as unsigned, they need no
+    // sign extension on their way from the vector to the address.
     auto pair = [buffer] (std::int32_t i)
     {
         Doubles2 p;
-        loadUnaligned (p, buffer + i - 1);
+        loadUnaligned (p, buffer + (std::uint32_t) i - 1);
         return p;
     };
 
