@@ -290,11 +290,11 @@ QUORLANE_INLINE double power (double x, int k)
     return result;
 }
 
-// The LFO's stages and countdown after a steady block (below), given the
-// stages' coefficient and the fourth power of their decay.
-QUORLANE_INLINE void finishSteadyBlock (DelayKernels::Motion& m, double c, double a4)
+// The LFO's stages and countdown after a steady block (below).
+QUORLANE_INLINE void finishSteadyBlock (DelayKernels::Motion& m)
 {
     constexpr int blockSize = DelayKernels::blockSize;
+    const double c = m.lfoCoefficient, a = 1.0 - c, a2 = a * a, a4 = a2 * a2;
     const double target = m.lfoTarget, from1 = m.lfoStage1 - target, from2 = m.lfoStage2 - target;
     const double a32 = power (a4, 8);
     m.lfoStage1 = target + a32 * from1;
@@ -375,7 +375,7 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
         take (n, position, oneSide, shift);
     }
 
-    finishSteadyBlock (m, c, a4);
+    finishSteadyBlock (m);
     return true;
 }
 
@@ -870,7 +870,7 @@ QUORLANE_INLINE void sincRun (const double* weights, const double* samples, doub
 // grid. Positions only ever rise, so where the first and the last agree, all
 // do, and the reads are one run along the buffer. Returns false where the
 // block is not of that kind.
-template <typename Native>
+template <typename Native, int taps>
 QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
                                 const double* buffer, double* out, unsigned quality)
 {
@@ -895,7 +895,7 @@ QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeInde
 
     const std::int32_t index = whole - shift;
 
-    if (quality == 0)
+    if constexpr (taps == 0)
     {
         constexpr int width = Pack<Native, 1>::width;
         const Native f = Native {} + fraction;
@@ -910,35 +910,29 @@ QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeInde
     }
     else
     {
-        const double* table = InterpolationTables::get().row (quality, 0);
         const auto phase = (std::int32_t) (fraction * (double) InterpolationTables::phases);
-
-        switch (quality)
-        {
-            case 1:  sincRun<Native, 8> (table + phase * 8, buffer + index - 7, out); break;
-            case 2:  sincRun<Native, 16> (table + phase * 16, buffer + index - 15, out); break;
-            default: sincRun<Native, 32> (table + phase * 32, buffer + index - 31, out); break;
-        }
+        sincRun<Native, taps> (InterpolationTables::get().row (quality, phase), buffer + index - (taps - 1), out);
     }
 
-    const double a = 1.0 - m.lfoCoefficient, a2 = a * a;
-    finishSteadyBlock (m, m.lfoCoefficient, a2 * a2);
+    finishSteadyBlock (m);
     return true;
 }
 
 // In calls of their own, which leave the other blocks' code as it is.
+template <int taps>
 __attribute__ ((noinline)) bool readFixedPortable (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
                                                    const double* buffer, double* out, unsigned quality) noexcept
 {
-    return readFixed<Doubles2> (m, writeIndex, capacity, buffer, out, quality);
+    return readFixed<Doubles2, taps> (m, writeIndex, capacity, buffer, out, quality);
 }
 
 #if QUORLANE_X86_DISPATCH
+template <int taps>
 QUORLANE_FMA_KERNEL __attribute__ ((noinline)) bool readFixedFma (DelayKernels::Motion& m, std::uint32_t writeIndex,
                                                                    std::int32_t capacity, const double* buffer, double* out,
                                                                    unsigned quality) noexcept
 {
-    return readFixed<Doubles4> (m, writeIndex, capacity, buffer, out, quality);
+    return readFixed<Doubles4, taps> (m, writeIndex, capacity, buffer, out, quality);
 }
 #endif
 
@@ -988,7 +982,7 @@ template <int taps>
 __attribute__ ((noinline)) void planAndReadPortableFor (DelayKernels::Motion& m, std::uint32_t writeIndex, int capacity,
                                                         const double* buffer, double* out, unsigned quality) noexcept
 {
-    planAndReadBody<Doubles2, taps> (planPortable, readFixedPortable, m, writeIndex, capacity, buffer, out, quality);
+    planAndReadBody<Doubles2, taps> (planPortable, readFixedPortable<taps>, m, writeIndex, capacity, buffer, out, quality);
 }
 
 void interpolatePortable (const double* buffer, const std::int32_t* index, const double* fraction,
@@ -1027,7 +1021,7 @@ QUORLANE_FMA_KERNEL __attribute__ ((noinline)) void planAndReadFmaFor (DelayKern
                                                                         int capacity, const double* buffer, double* out,
                                                                         unsigned quality) noexcept
 {
-    planAndReadBody<Doubles4, taps> (planFma, readFixedFma, m, writeIndex, capacity, buffer, out, quality);
+    planAndReadBody<Doubles4, taps> (planFma, readFixedFma<taps>, m, writeIndex, capacity, buffer, out, quality);
 }
 
 QUORLANE_FMA_KERNEL void interpolateFma (const double* buffer, const std::int32_t* index, const double* fraction,

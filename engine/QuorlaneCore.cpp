@@ -89,8 +89,6 @@ QuorlaneCore::RateConstants QuorlaneCore::RateConstants::forRate (double sr, int
 // The sizes and the predelay are longest at the top of their ranges.
 double QuorlaneCore::longestDelaySeconds (int index) noexcept
 {
-    constexpr int earlyFirst = 2, lateFirst = earlyFirst + 2 * earlyStages;
-    constexpr int crossFirst = lateFirst + 2 * lateStages;
     const double modulated = 1.0 + modulationDepth (1.0);
 
     if (index < earlyFirst)
@@ -109,9 +107,7 @@ double QuorlaneCore::longestDelaySeconds (int index) noexcept
 QuorlaneCore::QuorlaneCore()
     : rate (RateConstants::forRate (44100.0, 0))
 {
-    // Predelays, the early and late chains (alternating left and right), and
-    // the cross-coupled delays; all built for 44100 Hz until prepared.
-    constexpr int elementCount = 2 + 2 * (earlyStages + lateStages) + 2;
+    // All built for 44100 Hz until prepared.
     SeedSequence seeds;
     elements.reserve (elementCount);
 

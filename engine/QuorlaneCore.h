@@ -96,14 +96,17 @@ private:
 
     // The elements in build order: predelays, the early and the late chains
     // (left and right alternating) and the cross-coupled delays.
+    static constexpr int earlyFirst = 2, lateFirst = earlyFirst + 2 * earlyStages;
+    static constexpr int crossFirst = lateFirst + 2 * lateStages, elementCount = crossFirst + 2;
+
     DelayElement& predelayLine (int channel) noexcept { return elements[(size_t) channel]; }
-    DelayElement& early (int chainPosition) noexcept  { return elements[2 + (size_t) chainPosition]; }
-    DelayElement& late (int chainPosition) noexcept   { return elements[2 + 2 * earlyStages + (size_t) chainPosition]; }
+    DelayElement& early (int chainPosition) noexcept  { return elements[(size_t) (earlyFirst + chainPosition)]; }
+    DelayElement& late (int chainPosition) noexcept   { return elements[(size_t) (lateFirst + chainPosition)]; }
+    DelayElement& crossDelay (int channel) noexcept   { return elements[(size_t) (crossFirst + channel)]; }
+
     // The longest delay, modulation included, that the element at `index`
     // (in build order) is ever asked for.
     static double longestDelaySeconds (int index) noexcept;
-
-    DelayElement& crossDelay (int channel) noexcept   { return elements[2 + 2 * (earlyStages + lateStages) + (size_t) channel]; }
 
     void applyParameter (std::uint32_t index) noexcept;
 

@@ -204,8 +204,8 @@ std::vector<float> recording()
     if (file == nullptr)
         return samples;
 
-    for (char word[64]; std::fscanf (file, "%63s", word) == 1;)
-        samples.push_back (std::strtof (word, nullptr));
+    for (float sample; std::fscanf (file, "%f", &sample) == 1;)
+        samples.push_back (sample);
 
     std::fclose (file);
     return samples;
