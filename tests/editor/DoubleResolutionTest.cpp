@@ -8,32 +8,12 @@
 #include "editor/SkinValues.h"
 #include "framework/Resources.h"
 
+#include <set>
+
 using namespace EditorTest;
 
 namespace
 {
-    // Every image the committed skin names, with its number of frames (1 for
-    // the background, the cell count for the font).
-    std::vector<std::pair<juce::String, int>> skinImages()
-    {
-        const auto skin = juce::parseXML (Resources::getText ("skin.xml"));
-        std::vector<std::pair<juce::String, int>> images { { skin->getStringAttribute ("background"), 1 } };
-
-        for (const auto* control : skin->getChildIterator())
-            if (const auto* gfx = control->getChildByName ("gfx"))
-            {
-                const auto name = gfx->getStringAttribute ("resource");
-                const int frames = gfx->hasAttribute ("fontHeight")
-                                       ? SkinValues::loadImage (name).getHeight() / gfx->getIntAttribute ("fontHeight")
-                                       : gfx->getIntAttribute ("framesNum", 1);
-
-                if (std::find (images.begin(), images.end(), std::pair { name, frames }) == images.end())
-                    images.push_back ({ name, frames });
-            }
-
-        return images;
-    }
-
     // A picture enlarged by repeating each pixel has every 2 x 2 block of one colour.
     double shareOfUniformBlocks (const juce::Image& image)
     {
@@ -73,12 +53,10 @@ namespace
         return result;
     }
 
-    struct Difference
-    {
-        double mean = 0;            // mean absolute difference per channel, 0..255
-        double shareAbove = 0;      // share of pixels with a channel further off than the tolerance
-    };
+    struct Difference { double mean, shareAbove; };
 
+    // The mean absolute difference per colour channel (0..255), and the share
+    // of pixels with a channel further off than the tolerance.
     Difference difference (const juce::Image& a, const juce::Image& b, int tolerance)
     {
         double total = 0;
@@ -97,35 +75,34 @@ namespace
         const double pixels = (double) a.getWidth() * a.getHeight();
         return { total / (pixels * 3), above / pixels };
     }
-
-    void save (const juce::Image& image, const juce::String& fileName)
-    {
-        const auto file = juce::File (QUORLANE_TEST_OUTPUT_DIR).getChildFile (fileName);
-        file.deleteFile();
-        juce::FileOutputStream out (file);
-        ASSERT_TRUE (out.openedOk());
-        ASSERT_TRUE (juce::PNGImageFormat().writeImageToStream (image, out));
-    }
 }
 
 // The art exists twice, the second drawn afresh at double resolution: exactly
 // twice the size, with the same frames, and not an enlargement of the first.
 TEST (DoubleResolution, EveryImageHasATwinOfTwiceTheSizeWithTheSameFrames)
 {
-    const auto images = skinImages();
+    // Every image the committed skin names, with its frames (the font's cells).
+    const auto skin = juce::parseXML (Resources::getText ("skin.xml"));
+    std::set<std::pair<juce::String, int>> images { { skin->getStringAttribute ("background"), 1 } };
+
+    for (const auto* control : skin->getChildIterator())
+        if (const auto* gfx = control->getChildByName ("gfx"))
+        {
+            const auto name = gfx->getStringAttribute ("resource");
+            images.insert ({ name, gfx->hasAttribute ("fontHeight")
+                                       ? SkinValues::loadImage (name).getHeight() / gfx->getIntAttribute ("fontHeight")
+                                       : gfx->getIntAttribute ("framesNum", 1) });
+        }
+
     ASSERT_GE (images.size(), 10u);
 
     for (const auto& [name, frames] : images)
     {
         const auto image = SkinValues::loadImage (name);
         const auto twin = SkinValues::loadImage (DoubleResolution::fileNameFor (name));
-        ASSERT_TRUE (image.isValid()) << name;
         ASSERT_TRUE (twin.isValid()) << name << ": no double-resolution image";
-
-        EXPECT_EQ (twin.getWidth(), 2 * image.getWidth()) << name;
-        EXPECT_EQ (twin.getHeight(), 2 * image.getHeight()) << name;
-        EXPECT_EQ (twin.getHeight() % frames, 0) << name << ": the twin does not divide into " << frames << " frames";
-        EXPECT_EQ (twin.getHeight() / frames, 2 * (image.getHeight() / frames)) << name;
+        EXPECT_EQ (twin.getBounds(), image.getBounds() * 2) << name;
+        EXPECT_EQ (twin.getHeight() % (2 * frames), 0) << name << ": its " << frames << " frames are not twice the image's";
         EXPECT_TRUE (SkinImage::load (name).hasDoubleResolution()) << name;
 
         // The font's glyphs keep their pixel shapes and so are largely uniform blocks.
@@ -136,59 +113,53 @@ TEST (DoubleResolution, EveryImageHasATwinOfTwiceTheSizeWithTheSameFrames)
     }
 }
 
-// The whole window off screen at 1x and 2x: the 2x picture is twice the size,
-// drawn from the double-resolution art, and scaled down it matches the 1x
-// picture. Measured on the committed art: mean difference 1.2 of 255 per
-// channel, 1.1 % of pixels off by more than 48 (edges of text and knob
-// outlines, which antialias differently at the two sizes).
+// The whole window off screen at 1x and 2x: scaled down, the 2x picture
+// matches the 1x one. Measured on the committed art: mean difference 1.2 of
+// 255 per channel, 1.1 % of pixels off by more than 48 (edges of text and knob
+// outlines antialias differently at the two sizes), and about 72 % uniform
+// blocks, where an enlargement of the 1x picture would be all blocks.
 TEST (DoubleResolution, TheWindowAtTwiceTheScaleMatchesTheWindowAtOnce)
 {
     Quorlane plugin;
     QuorlaneEditor editor (plugin);
-    const auto bounds = editor.getLocalBounds();
+    const auto once = editor.createComponentSnapshot (editor.getLocalBounds(), true, 1.0f);
+    const auto twice = editor.createComponentSnapshot (editor.getLocalBounds(), true, 2.0f);
 
-    const auto once = editor.createComponentSnapshot (bounds, true, 1.0f);
-    const auto twice = editor.createComponentSnapshot (bounds, true, 2.0f);
-    save (twice, "editor-snapshot@2x.png");
+    const auto file = juce::File (QUORLANE_TEST_OUTPUT_DIR).getChildFile ("editor-snapshot@2x.png");
+    file.deleteFile();
+    juce::FileOutputStream out (file);
+    ASSERT_TRUE (out.openedOk());
+    ASSERT_TRUE (juce::PNGImageFormat().writeImageToStream (twice, out));
 
-    ASSERT_EQ (twice.getWidth(), 2 * once.getWidth());
-    ASSERT_EQ (twice.getHeight(), 2 * once.getHeight());
-
+    ASSERT_EQ (twice.getBounds(), once.getBounds() * 2);
     const auto d = difference (halved (twice), once, 48);
-    std::cout << "2x render scaled down vs 1x render: mean difference " << d.mean << " of 255 per channel, "
-              << d.shareAbove * 100 << " % of pixels off by more than 48" << std::endl;
     EXPECT_LT (d.mean, 2.0);
     EXPECT_LT (d.shareAbove, 0.02);
-
-    // A 2x picture made by enlarging the 1x one would be blocks throughout;
-    // drawn from the twins, only the flat areas are (about 72 %).
     EXPECT_LT (shareOfUniformBlocks (twice), 0.8);
 }
 
-// At a scale above 1 a knob shows its frame copied from the twin strip, and
-// the font its glyphs from the twin font, pixel for pixel.
+// Above scale 1 a knob shows its frame copied pixel for pixel from the twin
+// strip, and at 125 % the twin reduced; the font has its twin too.
 TEST (DoubleResolution, ControlsDrawFromTheTwinAboveScaleOne)
 {
     Quorlane plugin;
     QuorlaneEditor editor (plugin);
+    EXPECT_TRUE (find<GFXDisplay> (editor, "PresetNameDisplay").getFont().getStrip().hasDoubleResolution());
     auto& knob = find<GFXKnob> (editor, "Early Size");
     ASSERT_TRUE (knob.getStrip().hasDoubleResolution());
 
-    const int frame = knob.getShownFrame();
     const auto twin = SkinValues::loadImage ("KnobMain@2x.png");
-    const auto drawn = knob.createComponentSnapshot (knob.getLocalBounds(), false, 2.0f);
     const int frameHeight = twin.getHeight() / knob.getNumFrames();
-    ASSERT_EQ (drawn.getWidth(), twin.getWidth());
-    ASSERT_EQ (drawn.getHeight(), frameHeight);
+    const auto drawn = knob.createComponentSnapshot (knob.getLocalBounds(), false, 2.0f);
+    ASSERT_EQ (drawn.getBounds(), juce::Rectangle<int> (twin.getWidth(), frameHeight));
 
     int differences = 0;
     for (int y = 0; y < drawn.getHeight(); ++y)
         for (int x = 0; x < drawn.getWidth(); ++x)
-            differences += drawn.getPixelAt (x, y) != twin.getPixelAt (x, frame * frameHeight + y) ? 1 : 0;
+            differences += drawn.getPixelAt (x, y) != twin.getPixelAt (x, knob.getShownFrame() * frameHeight + y) ? 1 : 0;
 
     EXPECT_EQ (differences, 0);
 
-    // At 125 % the twin is drawn too, reduced: sharper than the 1x strip enlarged.
     juce::Image at125 (juce::Image::ARGB, 44, 44, true), from1x (juce::Image::ARGB, 44, 44, true);
     {
         juce::Graphics g (at125);
@@ -198,48 +169,39 @@ TEST (DoubleResolution, ControlsDrawFromTheTwinAboveScaleOne)
         h.addTransform (juce::AffineTransform::scale (1.25f));
         h.drawImage (knob.getStrip().getImage(), 0, 0, 35, 35, 0, 0, 35, 35);
     }
-    EXPECT_GT (difference (at125, from1x, 0).shareAbove, 0.1) << "125 % must not draw the 1x strip";
-
-    EXPECT_TRUE (find<GFXDisplay> (editor, "PresetNameDisplay").getFont().getStrip().hasDoubleResolution());
+    EXPECT_GT (difference (at125, from1x, 0).shareAbove, 0.1) << "125 % must draw the twin, not the 1x strip enlarged";
 }
 
 // A twin that is missing or of the wrong size is ignored: that control draws
-// its 1x image at every scale and the editor opens as usual.
+// its 1x image at every scale.
 TEST (DoubleResolution, AMissingOrMisfitTwinFallsBackToTheImage)
 {
     const juce::Image image (juce::Image::ARGB, 4, 6, true);
 
-    for (const auto& twin : { juce::Image(), juce::Image (juce::Image::ARGB, 8, 11, true),
-                              juce::Image (juce::Image::ARGB, 4, 6, true), juce::Image (juce::Image::ARGB, 12, 18, true) })
+    for (const auto& [width, height, kept] : { std::tuple { 0, 0, false }, { 8, 11, false }, { 4, 6, false }, { 12, 18, false },
+                                               { 8, 12, true } })
     {
-        const SkinImage skinImage (image, twin);
-        EXPECT_FALSE (skinImage.hasDoubleResolution()) << twin.getWidth() << " x " << twin.getHeight();
+        const SkinImage skinImage (image, width > 0 ? juce::Image (juce::Image::ARGB, width, height, true) : juce::Image());
+        EXPECT_EQ (skinImage.hasDoubleResolution(), kept) << width << " x " << height;
         EXPECT_EQ (skinImage.getImage(), image);
     }
-
-    EXPECT_TRUE (SkinImage (image, juce::Image (juce::Image::ARGB, 8, 12, true)).hasDoubleResolution());
 
     // "KnobMain@2x.png" named as a 1x strip has no twin of its own ("KnobMain@2x@2x.png").
     Quorlane plugin;
     BasePluginEditor editor (plugin, skin (R"(
-        <PluginEditor>
-          <Knob name="Lone"><gfx resource="KnobMain@2x.png" framesNum="61"/></Knob>
-          <Knob name="Paired"><gfx resource="KnobMain.png" framesNum="61"/><pos left="80" top="0"/></Knob>
-        </PluginEditor>)").get());
+        <PluginEditor><Knob name="Lone"><gfx resource="KnobMain@2x.png" framesNum="61"/></Knob></PluginEditor>)").get());
     auto& lone = find<GFXKnob> (editor, "Lone");
-    ASSERT_TRUE (lone.hasStrip());
     EXPECT_FALSE (lone.getStrip().hasDoubleResolution());
-    EXPECT_TRUE (find<GFXKnob> (editor, "Paired").getStrip().hasDoubleResolution());
 
     const auto drawn = lone.createComponentSnapshot (lone.getLocalBounds(), false, 2.0f);
     const auto& strip = lone.getStrip().getImage();
-    const int frameHeight = strip.getHeight() / 61;
+    const int top = lone.getShownFrame() * (strip.getHeight() / 61);
     int inked = 0, offFromStrip = 0;
 
     for (int y = 0; y < drawn.getHeight(); y += 2)
         for (int x = 0; x < drawn.getWidth(); x += 2)
         {
-            const auto expected = strip.getPixelAt (x / 2, lone.getShownFrame() * frameHeight + y / 2);
+            const auto expected = strip.getPixelAt (x / 2, top + y / 2);
             inked += expected.getAlpha() > 0 ? 1 : 0;
             offFromStrip += std::abs (drawn.getPixelAt (x, y).getAlpha() - expected.getAlpha()) > 64 ? 1 : 0;
         }

@@ -37,214 +37,147 @@ namespace
           <Display name="ReadOnly" readonly="yes"><gfx resource="Fonts.png" firstASCII="A" fontHeight="9"/>
             <size width="40" height="14"/></Display>
         </PluginEditor>)";
+
+    struct FilmStrip : ::testing::Test
+    {
+        Parameter& parameter (const char* name) { return *plugin.getParameterManager().findParameter (name); }
+
+        // As the host sets it, with the controls told at once.
+        void set (const char* name, float value)
+        {
+            parameter (name).setNormalisedValue (value, true);
+            parameter (name).flushDeferredNotification();
+        }
+
+        static void click (juce::Button& button) { button.triggerClick(); pumpMessages(); }
+
+        Quorlane plugin;
+        BasePluginEditor editor { plugin, skin (stripSkin).get() };
+    };
+
+    // Pixels of `image` that differ from the strip's cell starting at row `top`.
+    int differingPixels (const juce::Image& image, const juce::Image& strip, int top)
+    {
+        int differences = 0;
+        for (int y = 0; y < image.getHeight(); ++y)
+            for (int x = 0; x < image.getWidth(); ++x)
+                differences += image.getPixelAt (x, y) != strip.getPixelAt (x, top + y) ? 1 : 0;
+        return differences;
+    }
 }
 
-TEST (FilmStrip, KnobFramesFollowTheValueAndTheParameter)
+TEST_F (FilmStrip, KnobsFollowTheParameterAndDragAsOneHostGesture)
 {
-    Quorlane plugin;
-    BasePluginEditor editor (plugin, skin (stripSkin).get());
     auto& knob = find<GFXKnob> (editor, "Knob");
-    auto* earlySize = plugin.getParameterManager().findParameter ("Early Size");
+    EXPECT_FLOAT_EQ ((float) knob.getValue(), parameter ("Early Size").getNormalisedValue()) << "shows the parameter once built";
 
-    EXPECT_EQ (knob.getSliderStyle(), juce::Slider::RotaryVerticalDrag);
-    EXPECT_FLOAT_EQ ((float) knob.getValue(), earlySize->getNormalisedValue()) << "shows the parameter once built";
-
-    // 0.0085 is 0.5185 frames, which rounds up.
-    for (const auto& [value, frame] : { std::pair { 0.5f, 30 }, std::pair { 0.0f, 0 }, std::pair { 1.0f, 60 }, std::pair { 0.0085f, 1 } })
+    // 0.0085 is 0.5185 frames, which rounds up. The drag below starts from the last value.
+    for (const auto& [value, frame] : { std::pair { 0.0f, 0 }, { 1.0f, 60 }, { 0.0085f, 1 }, { 0.5f, 30 } })
     {
-        earlySize->setNormalisedValue (value, true);
-        earlySize->flushDeferredNotification();
+        set ("Early Size", value);
         EXPECT_EQ (knob.getShownFrame(), frame) << value;
     }
 
-    knob.setValue (0.25, juce::sendNotificationSync);
-    EXPECT_FLOAT_EQ (earlySize->getNormalisedValue(), 0.25f) << "a user movement writes the parameter";
-}
-
-TEST (FilmStrip, KnobDragsAreOneHostGesture)
-{
     struct GestureListener : juce::AudioProcessorParameter::Listener
     {
         void parameterValueChanged (int, float) override { ++changes; }
         void parameterGestureChanged (int, bool starting) override { gestures.add (starting); }
         int changes = 0;
         juce::Array<bool> gestures;
-    };
+    } host;
 
-    Quorlane plugin;
-    BasePluginEditor editor (plugin, skin (stripSkin).get());
-    auto& knob = find<GFXKnob> (editor, "Knob");
-    GestureListener host;
     plugin.getHostParameter (0)->addListener (&host);
 
     const auto source = juce::Desktop::getInstance().getMainMouseSource();
-    const auto at = [&] (int y, juce::Time t)
+    const auto start = juce::Time::getCurrentTime();
+    const auto at = [&] (int y, int milliseconds)
     {
+        const auto t = start + juce::RelativeTime::milliseconds (milliseconds);
         return juce::MouseEvent (source, { 10.0f, (float) y }, {}, juce::MouseInputSource::defaultPressure,
                                  0.0f, 0.0f, 0.0f, 0.0f, &knob, &knob, t, { 10.0f, 20.0f }, t, 1, false);
     };
 
-    const auto start = juce::Time::getCurrentTime();
-    knob.mouseDown (at (20, start));
-    knob.mouseDrag (at (0, start + juce::RelativeTime::milliseconds (50)));
-    knob.mouseUp (at (0, start + juce::RelativeTime::milliseconds (60)));
+    knob.mouseDown (at (20, 0));
+    knob.mouseDrag (at (0, 50));
+    knob.mouseUp (at (0, 60));
 
     EXPECT_EQ (host.gestures, juce::Array<bool> ({ true, false }));
     EXPECT_GT (host.changes, 0);
-    EXPECT_GT (plugin.getPluginParameter (0)->getNormalisedValue(), 0.5f) << "dragging up turns the knob up";
+    EXPECT_GT (plugin.getPluginParameter (0)->getNormalisedValue(), 0.5f) << "dragging up turns the knob up from the middle";
     plugin.getHostParameter (0)->removeListener (&host);
 }
 
-TEST (FilmStrip, AnimationsClampAndRepaintOnlyOnANewFrame)
+TEST_F (FilmStrip, AnimationsClampAndRepaintOnlyOnANewFrame)
 {
-    Quorlane plugin;
-    BasePluginEditor editor (plugin, skin (stripSkin).get());
     auto& meter = find<GFXAnimation> (editor, "Meter");
 
-    EXPECT_TRUE (meter.setValue (1.7f));
-    EXPECT_EQ (meter.getFrame(), 11);
-    EXPECT_TRUE (meter.setValue (-0.2f));
-    EXPECT_EQ (meter.getFrame(), 0);
-
-    EXPECT_TRUE (meter.setValue (0.5f));
-    EXPECT_EQ (meter.getFrame(), 6);
-    EXPECT_FALSE (meter.setValue (0.52f)) << "the same frame is not drawn again";
+    for (const auto& [value, frame, redrawn] : { std::tuple { 1.7f, 11, true }, { -0.2f, 0, true }, { 0.5f, 6, true },
+                                                 { 0.52f, 6, false } })
+    {
+        EXPECT_EQ (meter.setValue (value), redrawn) << value;
+        EXPECT_EQ (meter.getFrame(), frame) << value;
+    }
 }
 
-TEST (FilmStrip, ButtonsShowTheirHeldFrameOnlyWhileHeldAndOver)
+TEST_F (FilmStrip, ButtonsShowTheirHeldFrameOnlyWhileHeldAndOver)
 {
-    Quorlane plugin;
-    BasePluginEditor editor (plugin, skin (stripSkin).get());
+    // Held but dragged outside shows the released frame.
     auto& button = find<GFXButton> (editor, "Button");
-
-    EXPECT_EQ (button.frameToShow (false, false), 0);
-    EXPECT_EQ (button.frameToShow (true, true), 1);
-    EXPECT_EQ (button.frameToShow (false, true), 0) << "held but dragged outside";
-    EXPECT_EQ (button.frameToShow (true, false), 0);
+    for (const auto& [over, down, frame] : { std::tuple { false, false, 0 }, { true, true, 1 }, { false, true, 0 }, { true, false, 0 } })
+        EXPECT_EQ (button.frameToShow (over, down), frame) << over << down;
 
     // Buttons with states: one frame per state, two per state in "3D".
-    auto* bassCut = plugin.getParameterManager().findParameter ("Late Bass Cut");
     auto& toggle = find<GFXToggleButton> (editor, "Toggle");
-    bassCut->setNormalisedValue (1.0f, true);
-    bassCut->flushDeferredNotification();
+    set ("Late Bass Cut", 1.0f);
     EXPECT_EQ (toggle.frameToShow (false, false), 2);
     EXPECT_EQ (toggle.frameToShow (true, true), 3);
-    toggle.triggerClick();
-    pumpMessages();
-    EXPECT_EQ (bassCut->getNormalisedValue(), 0.0f);
+    click (toggle);
+    EXPECT_EQ (parameter ("Late Bass Cut").getNormalisedValue(), 0.0f);
     EXPECT_EQ (toggle.frameToShow (true, true), 1);
 
     auto& multi = find<GFXMultiStateButton> (editor, "Multi");
-    auto* modulation = plugin.getParameterManager().findParameter ("Modulation");
-    modulation->setNormalisedValue (0.5f, true);
-    modulation->flushDeferredNotification();
-    EXPECT_EQ (multi.getState(), 1);
+    set ("Modulation", 0.5f);
 
     for (const float expected : { 1.0f, 0.0f })
     {
-        multi.triggerClick();
-        pumpMessages();
-        EXPECT_EQ (modulation->getNormalisedValue(), expected) << "steps and wraps";
+        click (multi);
+        EXPECT_EQ (parameter ("Modulation").getNormalisedValue(), expected) << "steps from the middle state and wraps";
         EXPECT_EQ (multi.frameToShow (false, false), (int) (expected * 2.0f));
     }
 
     auto& rocker = find<GFXRocker> (editor, "Rocker");
-    EXPECT_EQ (rocker.sideAt ({ 2, 5 }), GFXRocker::Side::less);
-    EXPECT_EQ (rocker.sideAt ({ rocker.getWidth() - 2, 5 }), GFXRocker::Side::more);
-    EXPECT_EQ (rocker.sideAt ({ -1, 5 }), GFXRocker::Side::none);
+    for (const auto& [x, side] : { std::pair { 2, GFXRocker::Side::less }, { rocker.getWidth() - 2, GFXRocker::Side::more },
+                                   { -1, GFXRocker::Side::none } })
+        EXPECT_EQ (rocker.sideAt ({ x, 5 }), side) << x;
 }
 
-TEST (FilmStrip, NumberDisplaysPickTheirCells)
+TEST_F (FilmStrip, DisplaysShowTheirParametersAndTextDisplaysEditOrRefuse)
 {
-    Quorlane plugin;
-    BasePluginEditor editor (plugin, skin (stripSkin).get());
-    auto* fx = plugin.getParameterManager().findParameter ("FX");
     auto& numeric = find<NumericDisplay> (editor, "Numeric");
-
-    fx->setNormalisedValue (0.0f, false);
+    parameter ("FX").setNormalisedValue (0.0f, false);
     EXPECT_EQ (numeric.getCellFrames(), juce::Array<int> ({ NumericDisplay::minusFrame, -1, 5, 0 }));
-    fx->setNormalisedValue (1.0f, false);
+    parameter ("FX").setNormalisedValue (1.0f, false);
     EXPECT_EQ (numeric.getCellFrames(), juce::Array<int> ({ -1, -1, 5, 0 }));
 
     auto& pattern = find<PatternNumberDisplay> (editor, "Pattern");
-    EXPECT_EQ (pattern.textFor (1), "C#-2");
-    EXPECT_EQ (pattern.textFor (42), "42");
-    EXPECT_EQ (pattern.textFor (100), "A1");
-    EXPECT_EQ (pattern.textFor (109), "B2");
-    EXPECT_EQ (pattern.textFor (128), "");
+    for (const auto& [number, text] : { std::pair { 1, "C#-2" }, { 42, "42" }, { 100, "A1" }, { 109, "B2" }, { 128, "" } })
+        EXPECT_EQ (pattern.textFor (number), text) << number;
     EXPECT_EQ (PatternNumberDisplay::frameOf ('B'), 11);
-}
 
-TEST (BitmapFont, MapsCharactersToCellsOfTheStrip)
-{
-    const auto skinImage = SkinImage::load ("Fonts.png");
-    const auto& strip = skinImage.getImage();
-    BitmapFont font;
-    font.setStrip (skinImage, ' ', 9);
-
-    ASSERT_EQ (font.getNumCells(), 192);
-    EXPECT_EQ (font.getCell (' '), 0);
-    EXPECT_EQ (font.getCell ('A'), 33);
-    EXPECT_EQ (font.getCell ((juce::juce_wchar) 223), 191);
-    EXPECT_EQ (font.getCell ((juce::juce_wchar) 224), -1);
-    EXPECT_EQ (font.getCell ('\t'), -1);
-
-    // Drawing copies exactly the character's cell.
-    juce::Image canvas (juce::Image::ARGB, 7, 9, true);
-    {
-        juce::Graphics g (canvas);
-        font.drawGlyph (g, 'A', 0, 0);
-        font.drawGlyph (g, '\t', 0, 0);
-    }
-
-    int differences = 0, inked = 0;
-    for (int y = 0; y < 9; ++y)
-        for (int x = 0; x < 7; ++x)
-        {
-            const auto expected = strip.getPixelAt (x, 33 * 9 + y);
-            differences += canvas.getPixelAt (x, y) != expected ? 1 : 0;
-            inked += expected.getAlpha() > 0 ? 1 : 0;
-        }
-
-    EXPECT_EQ (differences, 0);
-    EXPECT_GT (inked, 5) << "the glyph for 'A' has ink";
-
-    // Enlarged twice, the glyph comes pixel for pixel from the double-resolution strip.
-    ASSERT_TRUE (skinImage.hasDoubleResolution());
-    juce::Image sharp (juce::Image::ARGB, 14, 18, true);
-    {
-        juce::Graphics g (sharp);
-        g.addTransform (juce::AffineTransform::scale (2.0f));
-        font.drawGlyph (g, 'A', 0, 0);
-    }
-
-    const auto doubled = SkinValues::loadImage ("Fonts@2x.png");
-    differences = 0;
-    for (int y = 0; y < 18; ++y)
-        for (int x = 0; x < 14; ++x)
-            differences += sharp.getPixelAt (x, y) != doubled.getPixelAt (x, 33 * 18 + y) ? 1 : 0;
-
-    EXPECT_EQ (differences, 0);
-}
-
-TEST (BitmapFont, DisplaysShowEditAndRefuse)
-{
-    Quorlane plugin;
-    BasePluginEditor editor (plugin, skin (stripSkin).get());
     auto& name = find<GFXDisplay> (editor, "Name");
-    auto* nameParameter = plugin.getParameterManager().findParameter ("Current Preset Name");
+    auto& field = name.getTextEditor();
+    auto& nameParameter = parameter ("Current Preset Name");
 
-    EXPECT_EQ (name.getShownText(), nameParameter->getText());
-    EXPECT_EQ (name.getTextEditor().findColour (juce::CaretComponent::caretColourId), juce::Colour (0xffbef6ff));
-    EXPECT_EQ (name.getTextEditor().findColour (juce::TextEditor::backgroundColourId), juce::Colour (0xff232224));
+    EXPECT_EQ (name.getShownText(), nameParameter.getText());
+    EXPECT_EQ (field.findColour (juce::CaretComponent::caretColourId), juce::Colour (0xffbef6ff));
+    EXPECT_EQ (field.findColour (juce::TextEditor::backgroundColourId), juce::Colour (0xff232224));
 
     // The layout font gives every character one 7-pixel cell.
-    name.getTextEditor().setText ("Hall", false);
-    EXPECT_EQ (name.getTextEditor().getTextBounds ({ 2, 3 }).getBounds().getX()
-                 - name.getTextEditor().getTextBounds ({ 1, 2 }).getBounds().getX(), 7);
+    field.setText ("Hall", false);
+    EXPECT_EQ (field.getTextBounds ({ 2, 3 }).getBounds().getX() - field.getTextBounds ({ 1, 2 }).getBounds().getX(), 7);
 
     editor.commitDisplayText (name, "Big Hall");
-    EXPECT_EQ (nameParameter->getText(), "Big Hall");
+    EXPECT_EQ (nameParameter.getText(), "Big Hall");
 
     auto& readOnly = find<GFXDisplay> (editor, "ReadOnly");
     EXPECT_TRUE (readOnly.getTextEditor().isReadOnly());
@@ -252,4 +185,33 @@ TEST (BitmapFont, DisplaysShowEditAndRefuse)
     readOnly.getInterceptsMouseClicks (clicks, childClicks);
     EXPECT_FALSE (clicks || childClicks) << "a read-only display ignores clicks";
     EXPECT_EQ (readOnly.getFont().getCell ('A'), 0);
+}
+
+TEST (BitmapFont, MapsCharactersToCellsOfTheStrip)
+{
+    const auto skinImage = SkinImage::load ("Fonts.png");
+    BitmapFont font;
+    font.setStrip (skinImage, ' ', 9);
+
+    ASSERT_EQ (font.getNumCells(), 192);
+    for (const auto& [character, cell] : { std::pair<juce::juce_wchar, int> { ' ', 0 }, { 'A', 33 }, { 223, 191 }, { 224, -1 },
+                                           { '\t', -1 } })
+        EXPECT_EQ (font.getCell (character), cell) << (int) character;
+
+    // 'A' then a character without a cell, which draws nothing.
+    const auto drawnAt = [&] (int scale)
+    {
+        juce::Image image (juce::Image::ARGB, 7 * scale, 9 * scale, true);
+        juce::Graphics g (image);
+        g.addTransform (juce::AffineTransform::scale ((float) scale));
+        font.drawGlyph (g, 'A', 0, 0);
+        font.drawGlyph (g, '\t', 0, 0);
+        return image;
+    };
+
+    // Drawing copies exactly the character's cell; enlarged twice, from the double-resolution strip.
+    ASSERT_TRUE (skinImage.hasDoubleResolution());
+    EXPECT_EQ (differingPixels (drawnAt (1), skinImage.getImage(), 33 * 9), 0);
+    EXPECT_GT (differingPixels (drawnAt (1), juce::Image (juce::Image::ARGB, 7, 9, true), 0), 5) << "the glyph for 'A' has ink";
+    EXPECT_EQ (differingPixels (drawnAt (2), SkinValues::loadImage ("Fonts@2x.png"), 33 * 18), 0);
 }

@@ -7,14 +7,14 @@
 
 namespace
 {
-    // Writes every call it receives into a log shared with the test effect,
-    // so the order of rendering and MIDI handling can be checked.
+    // Logs its render calls into the effect's log, beside the effect's MIDI
+    // handling, so that their order can be checked.
     struct RecordingCore : CorvelleEffect::Core
     {
         explicit RecordingCore (std::vector<std::string>& l) : log (l) {}
 
         void reset() override {}
-        void prepare (double, int) override { log.push_back ("prepare"); }
+        void prepare (double, int) override {}
         // What is set directly and what is handed over count alike here.
         void setParameter (uint32_t index, float value) override { parameters.emplace_back (index, value); }
         void postParameter (uint32_t index, float value) noexcept override { parameters.emplace_back (index, value); }
@@ -33,18 +33,14 @@ namespace
         void process (const float* const* in, float* const* out, int n) override
         {
             log.push_back ("stereo " + std::to_string (n));
-            for (int i = 0; i < n; ++i)
-            {
-                out[0][i] = in[0][i] * 2.0f;
-                out[1][i] = in[1][i] * 3.0f;
-            }
+            juce::FloatVectorOperations::multiply (out[0], in[0], 2.0f, n);
+            juce::FloatVectorOperations::multiply (out[1], in[1], 3.0f, n);
         }
 
         void processMono (float* const* channels, int n) override
         {
             log.push_back ("mono " + std::to_string (n));
-            for (int i = 0; i < n; ++i)
-                channels[0][i] *= 2.0f;
+            juce::FloatVectorOperations::multiply (channels[0], 2.0f, n);
         }
 
         std::vector<std::string>& log;
@@ -68,10 +64,7 @@ namespace
             return c;
         }
 
-        void handleControllerMessage (const juce::MidiMessage& m) override
-        {
-            log.push_back ("cc " + std::to_string (m.getControllerNumber()));
-        }
+        void handleControllerMessage (const juce::MidiMessage& m) override { log.push_back ("cc " + std::to_string (m.getControllerNumber())); }
 
         int getNumPresets() const override { return 4; }
         void selectPresetFromProgramChange (int program) override { log.push_back ("program " + std::to_string (program)); }
@@ -101,21 +94,14 @@ namespace
     }
 }
 
-TEST (ProcessingFrame, APlainBlockIsOneRenderCall)
-{
-    TestEffect fx;
-    fx.prepareToPlay (48000.0, 512);
-    auto buffer = ramp (2, 512);
-    EXPECT_EQ (process (fx, buffer), (Log { "stereo 512" }));
-    EXPECT_EQ (buffer.getSample (0, 511), 1024.0f);
-    EXPECT_EQ (buffer.getSample (1, 0), -3.0f);
-}
-
-TEST (ProcessingFrame, SplitsAtMidiEventsSoControlIsSampleAccurate)
+TEST (ProcessingFrame, SplitsTheBlockOnlyAtMidiEventsSoControlIsSampleAccurate)
 {
     TestEffect fx;
     fx.prepareToPlay (48000.0, 256);
     auto buffer = ramp (2, 256);
+    EXPECT_EQ (process (fx, buffer), (Log { "stereo 256" })) << "a plain block is one render call";
+
+    buffer = ramp (2, 256);
     juce::MidiBuffer midi;
     midi.addEvent (juce::MidiMessage::controllerEvent (1, 7, 100), 0);
     midi.addEvent (juce::MidiMessage::controllerEvent (1, 10, 1), 100);
@@ -127,7 +113,10 @@ TEST (ProcessingFrame, SplitsAtMidiEventsSoControlIsSampleAccurate)
            "every event splits the block, a note too, though nothing handles it";
 
     for (int i = 0; i < 256; ++i)
+    {
         ASSERT_EQ (buffer.getSample (0, i), 2.0f * (float) (i + 1)) << "every sample rendered exactly once";
+        ASSERT_EQ (buffer.getSample (1, i), -3.0f * (float) (i + 1));
+    }
 }
 
 TEST (ProcessingFrame, MonoLayoutsUseTheMonoRenderAndClearSpareOutputs)
@@ -145,7 +134,7 @@ TEST (ProcessingFrame, MonoLayoutsUseTheMonoRenderAndClearSpareOutputs)
     EXPECT_EQ (process (fx, mono), (Log { "mono 64" }));
 }
 
-TEST (ProcessingFrame, WithoutCoreOrWhileSuspendedAudioPassesThrough)
+TEST (ProcessingFrame, WithoutCoreOrWhileSuspendedAudioPassesThroughAndNoLatencyIsReported)
 {
     TestEffect bare (false);
     bare.prepareToPlay (44100.0, 128);
@@ -158,7 +147,10 @@ TEST (ProcessingFrame, WithoutCoreOrWhileSuspendedAudioPassesThrough)
         for (int i = 0; i < 128; ++i)
             ASSERT_EQ (buffer.getSample (c, i), original.getSample (c, i));
 
+    EXPECT_EQ (bare.getLatencySamples(), 0) << "the latency is the core's";
+
     TestEffect fx;
+    EXPECT_EQ (fx.getLatencySamples(), 32);
     fx.prepareToPlay (44100.0, 128);
     fx.suspendProcessing (true);
     EXPECT_EQ (process (fx, buffer, midi), (Log { "cc 1" }));
@@ -187,7 +179,6 @@ TEST (ProcessingFrame, ClockTicksSplitTheBlockWhileTheTransportRuns)
     // At 120 bpm a beat is 24000 samples; 0.01 beat (240 samples) before one,
     // the tick falls while advancing sample 239.
     EXPECT_EQ (process (fx, buffer), (Log { "stereo 239", "stereo 785" }));
-    fx.setPlayHead (nullptr);
 }
 
 TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
@@ -220,12 +211,4 @@ TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
         EXPECT_EQ (CorvelleEffect::qualityStepForKeyword (keywords[step]), step);
     }
     EXPECT_EQ (CorvelleEffect::qualityStepForKeyword ("ultra"), -1);
-}
-
-TEST (EffectBase, LatencyComesFromTheCore)
-{
-    TestEffect fx;
-    EXPECT_EQ (fx.getLatencySamples(), 32);
-    TestEffect bare (false);
-    EXPECT_EQ (bare.getLatencySamples(), 0);
 }

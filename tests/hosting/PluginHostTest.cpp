@@ -34,9 +34,9 @@ namespace
         return nullptr;
     }
 
-    void pumpMessages()
+    void pumpMessages (int milliseconds = 20)
     {
-        juce::MessageManager::getInstance()->runDispatchLoopUntil (20);
+        juce::MessageManager::getInstance()->runDispatchLoopUntil (milliseconds);
     }
 
     // One block with the given MIDI, its first sample an impulse on either
@@ -128,7 +128,7 @@ namespace
     };
 }
 
-TEST_P (HostedPlugin, ShowsTheTwentyParametersByName)
+TEST_P (HostedPlugin, ShowsTheTwentyParametersAndPlaysDryAtItsLatency)
 {
     auto plugin = instantiate();
     ASSERT_NE (plugin, nullptr) << GetParam().identifier;
@@ -150,19 +150,11 @@ TEST_P (HostedPlugin, ShowsTheTwentyParametersByName)
         const auto name = p->getName (64);
         EXPECT_TRUE (ours.contains (name) || name == "Bypass" || name.startsWith ("MIDI CC")) << name;
     }
-}
-
-TEST_P (HostedPlugin, ChangesAParameterAndProcessesAudio)
-{
-    auto plugin = instantiate();
-    ASSERT_NE (plugin, nullptr);
 
     auto* fx = parameterNamed (*plugin, "FX");
     ASSERT_NE (fx, nullptr);
     fx->setValueNotifyingHost (0.0f);
     processBlocks (*plugin, 60); // long enough for the dry/wet gain to settle
-    EXPECT_FLOAT_EQ (fx->getValue(), 0.0f);
-    EXPECT_EQ (fx->getCurrentValueAsText(), fx->getText (0.0f, 64));
 
     // Fully dry at unity volume: the impulse comes back, 32 samples late.
     const auto buffer = processOneBlock (*plugin, {}, 0.5f, -0.5f);
@@ -263,8 +255,6 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
 
     juce::MemoryBlock state;
     source->getStateInformation (state);
-    ASSERT_GT (state.getSize(), 0u);
-
     const auto saved = pluginStateInside (state);
     ASSERT_NE (saved, nullptr);
     const auto* presetsState = saved->getChildByName ("PresetsState");
@@ -334,12 +324,9 @@ TEST_P (HostedPlugin, FollowsTheHostsScale)
     ASSERT_NE (editor, nullptr);
     editor->addToDesktop (juce::ComponentPeer::windowHasTitleBar);
     editor->setVisible (true);
-    juce::MessageManager::getInstance()->runDispatchLoopUntil (200);
-    EXPECT_EQ (editor->getWidth(), 633);
-    EXPECT_EQ (editor->getHeight(), 207);
-
+    pumpMessages (200);
     editor->setScaleFactor (2.0f);
-    juce::MessageManager::getInstance()->runDispatchLoopUntil (300);
+    pumpMessages (300);
     EXPECT_EQ (editor->getWidth(), 1266);
     EXPECT_EQ (editor->getHeight(), 414);
 

@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -26,25 +25,21 @@ namespace
 {
     struct Effect;
     using Dispatcher = intptr_t (*) (Effect*, int32_t, int32_t, intptr_t, void*, float);
-    using HostCallback = intptr_t (*) (Effect*, int32_t, int32_t, intptr_t, void*, float);
     using ProcessFn = void (*) (Effect*, float**, float**, int32_t);
-    using SetParameterFn = void (*) (Effect*, int32_t, float);
-    using GetParameterFn = float (*) (Effect*, int32_t);
 
     struct Effect
     {
         int32_t magic;
         Dispatcher dispatcher;
         ProcessFn process;
-        SetParameterFn setParameter;
-        GetParameterFn getParameter;
+        void (*setParameter) (Effect*, int32_t, float);
+        float (*getParameter) (Effect*, int32_t);
         int32_t numPrograms, numParams, numInputs, numOutputs;
         int32_t flags;
         intptr_t reserved1, reserved2;
         int32_t initialDelay, realQualities, offQualities;
         float ioRatio;
-        void* object;
-        void* user;
+        void *object, *user;
         int32_t uniqueID, version;
         ProcessFn processReplacing;
         void* processDoubleReplacing;
@@ -56,7 +51,7 @@ namespace
 
     enum Opcode
     {
-        effOpen = 0, effClose = 1, effSetProgram = 2, effGetProgram = 3, effGetProgramName = 5,
+        effOpen = 0, effClose = 1, effGetProgram = 3, effGetProgramName = 5,
         effGetParamLabel = 6, effGetParamDisplay = 7, effGetParamName = 8, effSetSampleRate = 10,
         effSetBlockSize = 11, effMainsChanged = 12, effGetChunk = 23, effSetChunk = 24,
         effEditGetRect = 13, effEditOpen = 14, effEditClose = 15, effEditIdle = 19, effCanBeAutomated = 26,
@@ -72,11 +67,8 @@ namespace
 
     constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32;
 
-    std::vector<int32_t> hostOpcodesSeen;
-
     intptr_t host (Effect*, int32_t opcode, int32_t, intptr_t, void*, float)
     {
-        hostOpcodesSeen.push_back (opcode);
         return opcode == 1 ? 2400 : 0; // audioMasterVersion
     }
 
@@ -85,7 +77,7 @@ namespace
     public:
         Vst2Plugin()
         {
-            if (auto main = reinterpret_cast<Effect* (*) (HostCallback)> (library.symbol ("VSTPluginMain")))
+            if (auto main = reinterpret_cast<Effect* (*) (Dispatcher)> (library.symbol ("VSTPluginMain")))
                 effect = main (host);
 
             if (effect != nullptr)
@@ -103,13 +95,15 @@ namespace
             return effect->dispatcher (effect, opcode, index, value, ptr, opt);
         }
 
+        float get (int32_t index) { return effect->getParameter (effect, index); }
+        void set (int32_t index, float value) { effect->setParameter (effect, index, value); }
+
+        // Filled first, so that an answer left unterminated shows.
         std::string text (int32_t opcode, int32_t index = 0)
         {
-            char buffer[256];
-            std::memset (buffer, 'X', sizeof (buffer));
-            buffer[255] = 0;
-            call (opcode, index, 0, buffer);
-            return buffer;
+            std::string buffer (256, 'X');
+            call (opcode, index, 0, buffer.data());
+            return buffer.c_str();
         }
 
         std::string chunk()
@@ -119,22 +113,25 @@ namespace
             return data != nullptr && size > 0 ? std::string (static_cast<const char*> (data), (size_t) size) : std::string();
         }
 
+        void setChunk (const std::string& chunk) { call (effSetChunk, 0, (intptr_t) chunk.size(), const_cast<char*> (chunk.data())); }
+
         const SharedLibrary library { QUORLANE_VST2_PATH };
         Effect* effect = nullptr;
     };
 
-    constexpr int32_t fourCC (const char* c)
+    constexpr int32_t fourCC (const char (&c)[5])
     {
-        return (int32_t) (((uint32_t) (uint8_t) c[0] << 24) | ((uint32_t) (uint8_t) c[1] << 16)
-                          | ((uint32_t) (uint8_t) c[2] << 8) | (uint32_t) (uint8_t) c[3]);
+        return c[0] << 24 | c[1] << 16 | c[2] << 8 | c[3];
     }
 
-    // The plug-in reads user settings when it starts; never the real user's.
-    class IsolatedSettings : public ::testing::Environment
+    // The plug-in reads user settings when it starts (never the real user's)
+    // and looks up the window manager's atoms.
+    class HostProcess : public ::testing::Environment
     {
     public:
         void SetUp() override
         {
+            createWindowManagerAtoms();
             path = std::filesystem::temp_directory_path() / ("quorlane-vst2-" + std::to_string (std::random_device()()));
             ASSERT_TRUE (std::filesystem::create_directory (path));
             setEnvironmentVariable (userSettingsFolderVariable, (const char*) path.u8string().c_str());
@@ -146,23 +143,9 @@ namespace
         std::filesystem::path path;
     };
 
-    [[maybe_unused]] auto* const isolatedSettings = ::testing::AddGlobalTestEnvironment (new IsolatedSettings);
-
-    // The plug-in looks up the window manager's atoms when it first starts.
-    class DesktopSession : public ::testing::Environment
-    {
-    public:
-        void SetUp() override { createWindowManagerAtoms(); }
-    };
-
-    [[maybe_unused]] auto* const desktopSession = ::testing::AddGlobalTestEnvironment (new DesktopSession);
+    [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
 
     // A chunk is a magic number, the document's length, the document and a zero.
-    std::string documentOf (const std::string& chunk)
-    {
-        return chunk.size() > 9 ? chunk.substr (8, chunk.size() - 9) : std::string();
-    }
-
     std::string chunkOf (const std::string& document)
     {
         std::string chunk (8, '\0');
@@ -187,15 +170,12 @@ protected:
     Vst2Plugin plugin;
 };
 
-TEST_F (Vst2Abi, TheEntryPointIsTheOnlyExport)
+// Everything a host reads while it scans and loads the plug-in.
+TEST_F (Vst2Abi, IdentifiesItselfToTheHost)
 {
-    EXPECT_NE (plugin.library.symbol ("VSTPluginMain"), nullptr);
-    EXPECT_EQ (plugin.library.symbol ("main"), nullptr);
+    EXPECT_EQ (plugin.library.symbol ("main"), nullptr) << "the entry point is the only export";
     EXPECT_EQ (plugin.library.symbol ("quorlaneJuceVSTPluginMain"), nullptr);
-}
 
-TEST_F (Vst2Abi, TheEffectRecordAnnouncesTheConfiguration)
-{
     const auto& e = *plugin.effect;
     EXPECT_EQ (e.magic, fourCC ("VstP"));
     EXPECT_EQ (e.uniqueID, fourCC ("Q7L2"));
@@ -207,10 +187,7 @@ TEST_F (Vst2Abi, TheEffectRecordAnnouncesTheConfiguration)
     EXPECT_EQ (e.flags, hasEditor | canReplacing | programChunks) << "neither a synth nor silent when stopped";
     EXPECT_EQ (e.initialDelay, 32);
     EXPECT_NE (e.processReplacing, nullptr);
-}
 
-TEST_F (Vst2Abi, NamesVersionsAndCapabilities)
-{
     EXPECT_EQ (plugin.text (effGetEffectName), "Quorlane");
     EXPECT_EQ (plugin.text (effGetProductString), "Quorlane");
     EXPECT_EQ (plugin.text (effGetVendorString), "Orlo Digital Audio Works");
@@ -248,10 +225,10 @@ TEST_F (Vst2Abi, ParametersByIndex)
         EXPECT_EQ (plugin.text (effGetParamLabel, i), "") << i;
     }
 
-    const float earlySize = plugin.effect->getParameter (plugin.effect, 0);
-    plugin.effect->setParameter (plugin.effect, 4, 0.25f);
-    EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 4), 0.25f);
-    EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 0), earlySize);
+    const float earlySize = plugin.get (0);
+    plugin.set (4, 0.25f);
+    EXPECT_FLOAT_EQ (plugin.get (4), 0.25f);
+    EXPECT_FLOAT_EQ (plugin.get (0), earlySize);
 }
 
 // Parameters set through the ABI, and a controller mapping, the quality and
@@ -259,9 +236,11 @@ TEST_F (Vst2Abi, ParametersByIndex)
 // tool might, all carried to a fresh instance.
 TEST_F (Vst2Abi, StateChunkCarriesParametersPresetsControllerMapAndQuality)
 {
-    plugin.effect->setParameter (plugin.effect, 9, 0.125f);
-    plugin.effect->setParameter (plugin.effect, 16, 0.75f);
-    auto document = documentOf (plugin.chunk());
+    plugin.set (9, 0.125f);
+    plugin.set (16, 0.75f);
+    const auto chunk = plugin.chunk();
+    ASSERT_GT (chunk.size(), 9u);
+    auto document = chunk.substr (8, chunk.size() - 9);
     ASSERT_NE (document.find ("<PluginState application=\"Quorlane\""), std::string::npos);
     replaceIn (document, "<MidiControlMap name=\"Quorlane\"/>",
                "<MidiControlMap name=\"Quorlane\"><assign param=\"FX\" CC=\"74\"/></MidiControlMap>");
@@ -269,79 +248,25 @@ TEST_F (Vst2Abi, StateChunkCarriesParametersPresetsControllerMapAndQuality)
     replaceIn (document, "currentPreset=\"0\"", "currentPreset=\"5\"");
     replaceIn (document, "name=\"Cristal Cave [d/w]\"", "name=\"My Own Cave\"");
     const auto edited = chunkOf (document);
-    plugin.call (effSetChunk, 0, (intptr_t) edited.size(), const_cast<char*> (edited.data()));
+    plugin.setChunk (edited);
 
     const auto saved = plugin.chunk();
     EXPECT_EQ (saved, edited) << "the edits were taken and are written back unchanged";
 
     Vst2Plugin other;
     ASSERT_NE (other.effect, nullptr);
-    EXPECT_NE (other.effect->getParameter (other.effect, 9), 0.125f);
+    EXPECT_NE (other.get (9), 0.125f);
     EXPECT_NE (other.chunk(), saved);
-    other.call (effSetChunk, 0, (intptr_t) saved.size(), const_cast<char*> (saved.data()));
-    EXPECT_FLOAT_EQ (other.effect->getParameter (other.effect, 9), 0.125f);
-    EXPECT_FLOAT_EQ (other.effect->getParameter (other.effect, 16), 0.75f);
+    other.setChunk (saved);
+    EXPECT_FLOAT_EQ (other.get (9), 0.125f);
+    EXPECT_FLOAT_EQ (other.get (16), 0.75f);
     EXPECT_EQ (other.chunk(), saved);
 }
 
-TEST_F (Vst2Abi, ProcessesAudioInPlaceAndAnswersTheTail)
-{
-    plugin.call (effSetSampleRate, 0, 0, nullptr, 48000.0f);
-    plugin.call (effSetBlockSize, 0, 256);
-    plugin.call (effMainsChanged, 0, 1);
-    plugin.call (effStartProcess);
-
-    std::vector<float> left (256), right (256);
-    for (int block = 0; block < 40; ++block)
-    {
-        for (size_t i = 0; i < 256; ++i)
-            left[i] = right[i] = block == 0 && i == 0 ? 1.0f : 0.0f;
-
-        float* channels[] = { left.data(), right.data() };
-        plugin.effect->processReplacing (plugin.effect, channels, channels, 256);
-
-        for (size_t i = 0; i < 256; ++i)
-            ASSERT_TRUE (std::isfinite (left[i]) && std::isfinite (right[i]));
-    }
-
-    EXPECT_GE (plugin.call (effGetTailSize), 1) << "a reverb announces a tail";
-
-    plugin.call (effStopProcess);
-    plugin.call (effMainsChanged, 0, 0);
-}
-
-// The editor opens inside a window of the host's, at the skin's size, lives
-// through the host's idle calls and closes again.
-TEST_F (Vst2Abi, OpensTheEditorInAHostWindow)
-{
-    NativeParentWindow parent;
-    ASSERT_NE (parent.handle(), nullptr) << "no window system";
-
-    EditorRect* rect = nullptr;
-    ASSERT_NE (plugin.call (effEditGetRect, 0, 0, &rect), 0);
-    ASSERT_NE (rect, nullptr);
-    EXPECT_EQ (rect->right - rect->left, 633);
-    EXPECT_EQ (rect->bottom - rect->top, 207);
-
-    ASSERT_NE (plugin.call (effEditOpen, 0, 0, parent.handle()), 0);
-
-    for (int i = 0; i < 20; ++i)
-    {
-        parent.dispatchEvents();
-        plugin.call (effEditIdle);
-    }
-
-    plugin.effect->setParameter (plugin.effect, 3, 0.5f);
-    parent.dispatchEvents();
-    plugin.call (effEditIdle);
-    plugin.call (effEditClose);
-    parent.dispatchEvents();
-    EXPECT_FLOAT_EQ (plugin.effect->getParameter (plugin.effect, 3), 0.5f);
-}
-
-// NaN, infinities, the largest float and subnormals from a broken upstream
-// plug-in: every output stays finite and the reverb keeps sounding.
-TEST_F (Vst2Abi, SurvivesNonFiniteAndExtremeInput)
+// Audio processed in place, with NaN, infinities, the largest float and
+// subnormals from a broken upstream plug-in in the first half: every output
+// stays finite and the reverb keeps sounding.
+TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
 {
     plugin.call (effSetSampleRate, 0, 0, nullptr, 48000.0f);
     plugin.call (effSetBlockSize, 0, 256);
@@ -376,6 +301,36 @@ TEST_F (Vst2Abi, SurvivesNonFiniteAndExtremeInput)
     }
 
     EXPECT_GT (lastLevel, 0.01f) << "still sounding after the bad input";
+    EXPECT_GE (plugin.call (effGetTailSize), 1) << "a reverb announces a tail";
     plugin.call (effStopProcess);
     plugin.call (effMainsChanged, 0, 0);
+}
+
+// The editor opens inside a window of the host's, at the skin's size, lives
+// through the host's idle calls and an automated parameter, and closes again.
+TEST_F (Vst2Abi, OpensTheEditorInAHostWindow)
+{
+    NativeParentWindow parent;
+    ASSERT_NE (parent.handle(), nullptr) << "no window system";
+
+    EditorRect* rect = nullptr;
+    ASSERT_NE (plugin.call (effEditGetRect, 0, 0, &rect), 0);
+    ASSERT_NE (rect, nullptr);
+    EXPECT_EQ (rect->right - rect->left, 633);
+    EXPECT_EQ (rect->bottom - rect->top, 207);
+
+    ASSERT_NE (plugin.call (effEditOpen, 0, 0, parent.handle()), 0);
+
+    for (int i = 0; i < 20; ++i)
+    {
+        if (i == 10)
+            plugin.set (3, 0.5f);
+
+        parent.dispatchEvents();
+        plugin.call (effEditIdle);
+    }
+
+    plugin.call (effEditClose);
+    parent.dispatchEvents();
+    EXPECT_FLOAT_EQ (plugin.get (3), 0.5f);
 }
