@@ -41,10 +41,11 @@ using Ints4 = std::int32_t __attribute__ ((vector_size (16)));
 // they end up inside an AVX2 kernel (as always_inline it would have to at
 // every step, including the shared templates built for any target).
 
-// Four integers to doubles in one conversion (the generic one takes four).
-QUORLANE_TARGET_FMA inline void toDoubles (const Ints4& whole, Doubles4& result)
+// Four values rounded down in one step (the generic vectors have no such
+// step; the conversion of the integer parts back to doubles takes more).
+QUORLANE_TARGET_FMA inline void roundDown (const Doubles4& x, Doubles4& result)
 {
-    result = (Doubles4) _mm256_cvtepi32_pd ((__m128i) whole);
+    result = (Doubles4) _mm256_floor_pd ((__m256d) x);
 }
 
 // The sums of the four values of each of s0 ... s3, as (v0 + v1) + (v2 + v3).
@@ -189,6 +190,8 @@ struct Pack
     using Ints = typename Traits<Native>::Ints;
 
     // The integer parts of part i's positions, and their fractions.
+    // Positions are never negative, so rounding down is taking the integer
+    // part.
     QUORLANE_INLINE void wholeAndFraction (int i, Ints& whole, Native& fraction) const
     {
         whole = __builtin_convertvector (part[i], Ints);
@@ -196,7 +199,7 @@ struct Pack
 
        #if QUORLANE_X86_DISPATCH
         if constexpr (sizeof (Native) == 32)
-            toDoubles (whole, back);
+            roundDown (part[i], back);
         else
        #endif
             back = __builtin_convertvector (whole, Native);
@@ -355,22 +358,26 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
     const double c = m.lfoCoefficient, a = 1.0 - c, a2 = a * a, a4 = a2 * a2;
     const double target = m.lfoTarget, from1 = m.lfoStage1 - target, from2 = m.lfoStage2 - target;
     const double firstPowers[chunk] = { a, a2, a2 * a, a4 };
-    const Chunk powerStep = Chunk::broadcast (a4), weightStep = Chunk::broadcast (4.0 * c * from1);
-    const Chunk targets = Chunk::broadcast (target), lengths = Chunk::broadcast (length);
-    const Chunk depthLength = Chunk::broadcast (depth * length), tiny = Chunk::broadcast (1e-20);
+
+    // The position of sample n is base + n - length - depth length stage2,
+    // with stage 2 as above: the terms that do not change with n's power of
+    // a make one offset that steps by 1 a sample, and depth length scales
+    // the weight of the power, which leaves one multiply-add per position.
+    const double depthLength = depth * length;
+    const Chunk powerStep = Chunk::broadcast (a4), weightStep = Chunk::broadcast (depthLength * 4.0 * c * from1);
     const Chunk four = Chunk::broadcast ((double) chunk);
     Chunk powers = Chunk::load (firstPowers);
-    Chunk weights = Chunk::broadcast (from2) + Chunk::broadcast (c * from1) * (Chunk::load (ramp) + Chunk::broadcast (1.0));
-    Chunk at = Chunk::broadcast (base) + Chunk::load (ramp);
+    Chunk weights = Chunk::broadcast (depthLength * from2)
+                  + Chunk::broadcast (depthLength * c * from1) * (Chunk::load (ramp) + Chunk::broadcast (1.0));
+    Chunk offset = Chunk::broadcast (base - length - depthLength * target) + Chunk::load (ramp);
 
    #pragma GCC unroll 8
     for (int n = 0; n < blockSize; n += chunk)
     {
-        const Chunk stage2 = targets + powers * weights;
-        const Chunk position = at - lengths - (stage2 * depthLength + tiny);
+        const Chunk position = offset - powers * weights;
         powers = powers * powerStep;
         weights = weights + weightStep;
-        at = at + four;
+        offset = offset + four;
 
         take (n, position, oneSide, shift);
     }
@@ -884,9 +891,9 @@ QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeInde
     const double base = (double) (writeIndex + (std::uint32_t) capacity);
     const double length = m.length;
 
-    // The same roundings as the planned positions, the modulation's share
-    // being the 1e-20 alone.
-    const double first = base - length - 1e-20, final = base + (blockSize - 1) - length - 1e-20;
+    // The same roundings as the planned positions, which have no modulation
+    // to subtract.
+    const double first = base - length, final = first + (blockSize - 1);
     const auto whole = (std::int32_t) first, finalWhole = (std::int32_t) final;
     const double fraction = first - whole;
 
