@@ -223,40 +223,39 @@ struct Pack
         }
     }
 
-    // The same where every position is known to lie on one side of the
-    // wrap: their stored indices are all `shift` below their integer parts.
-    QUORLANE_INLINE void splitShifted (std::int32_t shift, std::int32_t* index, double* fraction) const
+    // The same for positions in the buffer itself (of blocks whose positions
+    // all lie on one side of the wrap), whose integer parts are the stored
+    // indices.
+    QUORLANE_INLINE void splitStored (std::int32_t* index, double* fraction) const
     {
         for (int i = 0; i < count; ++i)
         {
             Ints whole;
             Native f;
             wholeAndFraction (i, whole, f);
-            storeUnaligned (index + i * nativeWidth, (Ints) (whole - shift));
+            storeUnaligned (index + i * nativeWidth, whole);
             storeUnaligned (fraction + i * nativeWidth, f);
         }
     }
 
-    // The linear reads at positions that lie on one side of the wrap, made
-    // as they are split.
-    QUORLANE_INLINE void readLinear (const double* buffer, std::int32_t shift, double* out) const
+    // The linear reads at positions in the buffer itself, made as they are
+    // split.
+    QUORLANE_INLINE void readLinear (const double* buffer, double* out) const
     {
         for (int i = 0; i < count; ++i)
         {
             Ints whole;
             Native f;
             wholeAndFraction (i, whole, f);
-            const Ints index = whole - shift;
-            linearVector (buffer, index, f, out + i * nativeWidth);
+            linearVector (buffer, whole, f, out + i * nativeWidth);
         }
     }
 
-    // Splits positions that lie on one side of the wrap into their stored
-    // indices and the rows of their phases in a table of `taps` weights each.
-    // Scaled by the number of phases (a power of two, so exactly), a
-    // position's integer part holds both: its own integer part above, its
-    // phase below.
-    QUORLANE_INLINE void splitRows (std::int32_t shift, int taps, std::int32_t* index, std::int32_t* row) const
+    // Splits positions in the buffer itself into their stored indices and the
+    // rows of their phases in a table of `taps` weights each. Scaled by the
+    // number of phases (a power of two, so exactly), a position's integer
+    // part holds both: its own integer part above, its phase below.
+    QUORLANE_INLINE void splitRows (int taps, std::int32_t* index, std::int32_t* row) const
     {
         constexpr int phases = InterpolationTables::phases, phaseBits = __builtin_ctz (phases);
         static_assert (phases == 1 << phaseBits);
@@ -264,7 +263,7 @@ struct Pack
         for (int i = 0; i < count; ++i)
         {
             const Ints scaled = __builtin_convertvector (part[i] * (double) phases, Ints);
-            storeUnaligned (index + i * nativeWidth, (Ints) ((scaled >> phaseBits) - shift));
+            storeUnaligned (index + i * nativeWidth, (Ints) (scaled >> phaseBits));
             storeUnaligned (row + i * nativeWidth, (Ints) ((scaled & (phases - 1)) * taps));
         }
     }
@@ -310,9 +309,11 @@ QUORLANE_INLINE void finishSteadyBlock (DelayKernels::Motion& m)
 // it and the delay stays clear of the oldest samples. Stage 2 of the LFO
 // stays within [0, 1], so every position lies between the block's lowest and
 // highest; where both are on one side of the wrap, so is every position
-// (oneSide), and their stored indices are `shift` below their integer parts.
+// (oneSide). Positions count from `start`: the write base, less the capacity
+// where they all lie beyond the wrap, so that one-sided positions are those
+// in the buffer itself.
 QUORLANE_INLINE bool isSteady (const DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
-                               bool& oneSide, std::int32_t& shift)
+                               bool& oneSide, double& start)
 {
     constexpr int blockSize = DelayKernels::blockSize;
     const double base = (double) (writeIndex + (std::uint32_t) capacity);
@@ -327,7 +328,7 @@ QUORLANE_INLINE bool isSteady (const DelayKernels::Motion& m, std::uint32_t writ
     const double lowest = base - length - depth * length - 2.0;
     const double highest = base + blockSize - length + 1.0;
     oneSide = lowest >= wrapIndex || highest < wrapIndex;
-    shift = lowest >= wrapIndex ? capacity : 0;
+    start = lowest >= wrapIndex ? (double) writeIndex : base;
     return true;
 }
 
@@ -335,9 +336,9 @@ QUORLANE_INLINE bool isSteady (const DelayKernels::Motion& m, std::uint32_t writ
 // nothing glides, no LFO step and no wrap of the write index fall in it, and
 // the delay stays clear of the oldest samples. Returns false for any other,
 // and also where oneSideOnly asks that no position cross the wrap and one
-// does. take (n, positions, oneSide, shift) receives the positions of the
-// samples from n on, four at a time; where they lie on one side of the wrap,
-// their stored indices are `shift` below their integer parts.
+// does. take (n, positions, oneSide) receives the positions of the samples
+// from n on, four at a time; where they lie on one side of the wrap, they
+// are positions in the buffer itself.
 template <typename Native, typename Take>
 QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeIndex, std::int32_t capacity,
                                  bool oneSideOnly, Take take)
@@ -348,18 +349,17 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
     static constexpr double ramp[chunk] = { 0.0, 1.0, 2.0, 3.0 };
 
     bool oneSide;
-    std::int32_t shift;
+    double start;
 
-    if (! isSteady (m, writeIndex, capacity, oneSide, shift) || (oneSideOnly && ! oneSide))
+    if (! isSteady (m, writeIndex, capacity, oneSide, start) || (oneSideOnly && ! oneSide))
         return false;
 
-    const double base = (double) (writeIndex + (std::uint32_t) capacity);
     const double length = m.length, depth = m.depth;
     const double c = m.lfoCoefficient, a = 1.0 - c, a2 = a * a, a4 = a2 * a2;
     const double target = m.lfoTarget, from1 = m.lfoStage1 - target, from2 = m.lfoStage2 - target;
     const double firstPowers[chunk] = { a, a2, a2 * a, a4 };
 
-    // The position of sample n is base + n - length - depth length stage2,
+    // The position of sample n is start + n - length - depth length stage2,
     // with stage 2 as above: the terms that do not change with n's power of
     // a make one offset that steps by 1 a sample, and depth length scales
     // the weight of the power, which leaves one multiply-add per position.
@@ -369,7 +369,7 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
     Chunk powers = Chunk::load (firstPowers);
     Chunk weights = Chunk::broadcast (depthLength * from2)
                   + Chunk::broadcast (depthLength * c * from1) * (Chunk::load (ramp) + Chunk::broadcast (1.0));
-    Chunk offset = Chunk::broadcast (base - length - depthLength * target) + Chunk::load (ramp);
+    Chunk offset = Chunk::broadcast (start - length - depthLength * target) + Chunk::load (ramp);
 
    #pragma GCC unroll 8
     for (int n = 0; n < blockSize; n += chunk)
@@ -379,7 +379,7 @@ QUORLANE_INLINE bool planSteady (DelayKernels::Motion& m, std::uint32_t writeInd
         weights = weights + weightStep;
         offset = offset + four;
 
-        take (n, position, oneSide, shift);
+        take (n, position, oneSide);
     }
 
     finishSteadyBlock (m);
@@ -393,10 +393,10 @@ QUORLANE_INLINE bool planSteadyBlock (DelayKernels::Motion& m, std::uint32_t wri
 {
     const std::int32_t wrapIndex = capacity + DelayKernels::blockSize - 1;
 
-    return planSteady<Native> (m, writeIndex, capacity, false, [=] (int n, const auto& position, bool oneSide, std::int32_t shift) QUORLANE_INLINE_LAMBDA
+    return planSteady<Native> (m, writeIndex, capacity, false, [=] (int n, const auto& position, bool oneSide) QUORLANE_INLINE_LAMBDA
     {
         if (oneSide)
-            position.splitShifted (shift, index + n, fraction + n);
+            position.splitStored (index + n, fraction + n);
         else
             position.split (wrapIndex, capacity, index + n, fraction + n);
     });
@@ -883,24 +883,19 @@ QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeInde
 {
     constexpr int blockSize = DelayKernels::blockSize;
     bool oneSide;
-    std::int32_t shift;
+    double start;
 
-    if (! isSteady (m, writeIndex, capacity, oneSide, shift) || ! oneSide)
+    if (! isSteady (m, writeIndex, capacity, oneSide, start) || ! oneSide)
         return false;
-
-    const double base = (double) (writeIndex + (std::uint32_t) capacity);
-    const double length = m.length;
 
     // The same roundings as the planned positions, which have no modulation
     // to subtract.
-    const double first = base - length, final = first + (blockSize - 1);
+    const double first = start - m.length, final = first + (blockSize - 1);
     const auto whole = (std::int32_t) first, finalWhole = (std::int32_t) final;
     const double fraction = first - whole;
 
     if (finalWhole != whole + blockSize - 1 || final - finalWhole != fraction)
         return false;
-
-    const std::int32_t index = whole - shift;
 
     if constexpr (taps == 0)
     {
@@ -910,15 +905,15 @@ QUORLANE_INLINE bool readFixed (DelayKernels::Motion& m, std::uint32_t writeInde
         for (int n = 0; n < blockSize; n += width)
         {
             Native older, newer;
-            loadUnaligned (older, buffer + index - 1 + n);
-            loadUnaligned (newer, buffer + index + n);
+            loadUnaligned (older, buffer + whole - 1 + n);
+            loadUnaligned (newer, buffer + whole + n);
             storeUnaligned (out + n, (Native) (older + (newer - older) * f));
         }
     }
     else
     {
         const auto phase = (std::int32_t) (fraction * (double) InterpolationTables::phases);
-        sincRun<Native, taps> (InterpolationTables::get().row (quality, phase), buffer + index - (taps - 1), out);
+        sincRun<Native, taps> (InterpolationTables::get().row (quality, phase), buffer + whole - (taps - 1), out);
     }
 
     finishSteadyBlock (m);
@@ -956,8 +951,8 @@ QUORLANE_INLINE void planAndReadBody (Plan plan, ReadFixed readFixed, DelayKerne
 
     if constexpr (taps == 0)
     {
-        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift) QUORLANE_INLINE_LAMBDA
-                                { position.readLinear (buffer, shift, out + n); }))
+        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool) QUORLANE_INLINE_LAMBDA
+                                { position.readLinear (buffer, out + n); }))
             return;
     }
     else
@@ -966,8 +961,8 @@ QUORLANE_INLINE void planAndReadBody (Plan plan, ReadFixed readFixed, DelayKerne
         // need every register.
         alignas (64) std::int32_t index[DelayKernels::blockSize], row[DelayKernels::blockSize];
 
-        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool, std::int32_t shift) QUORLANE_INLINE_LAMBDA
-                                { position.splitRows (shift, taps, index + n, row + n); }))
+        if (planSteady<Native> (m, writeIndex, capacity, true, [&] (int n, const auto& position, bool) QUORLANE_INLINE_LAMBDA
+                                { position.splitRows (taps, index + n, row + n); }))
         {
             const double* table = InterpolationTables::get().row (quality, 0);
             sincReadsWith<Native, taps> ([table, &row] (int k) { return table + row[k]; },
