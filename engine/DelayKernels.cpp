@@ -1,20 +1,12 @@
 #include "engine/DelayKernels.h"
 
+#include "engine/InstructionSet.h"
 #include "engine/InterpolationTables.h"
 
 #include <algorithm>
 #include <cstring>
 #include <type_traits>
 #include <utility>
-
-#if defined(__GNUC__) && defined(__x86_64__)
- #define QUORLANE_X86_DISPATCH 1
- #define QUORLANE_TARGET_FMA __attribute__ ((target ("avx2,fma")))
- // A kernel takes in every helper, including the AVX2 ones below.
- #define QUORLANE_FMA_KERNEL __attribute__ ((target ("avx2,fma"), flatten))
-#else
- #define QUORLANE_X86_DISPATCH 0
-#endif
 
 #if QUORLANE_X86_DISPATCH
  #include <immintrin.h>
@@ -1056,21 +1048,13 @@ const DelayKernels& DelayKernels::portable()
 
 const DelayKernels& DelayKernels::best()
 {
-    static const DelayKernels& kernels = []() -> const DelayKernels&
-    {
-       #if QUORLANE_X86_DISPATCH
-        __builtin_cpu_init();
+   #if QUORLANE_X86_DISPATCH
+    static const DelayKernels avx { planFma,
+                                    { planAndReadFmaFor<0>, planAndReadFmaFor<8>, planAndReadFmaFor<16>, planAndReadFmaFor<32> },
+                                    interpolateFma, allpassFma, allpassChainFma };
 
-        if (__builtin_cpu_supports ("avx2") && __builtin_cpu_supports ("fma"))
-        {
-            static const DelayKernels avx { planFma,
-                                            { planAndReadFmaFor<0>, planAndReadFmaFor<8>, planAndReadFmaFor<16>, planAndReadFmaFor<32> },
-                                            interpolateFma, allpassFma, allpassChainFma };
-            return avx;
-        }
-       #endif
-        return portable();
-    }();
-
-    return kernels;
+    if (InstructionSet::hasAvx2AndFma())
+        return avx;
+   #endif
+    return portable();
 }

@@ -1,5 +1,7 @@
 #include "engine/QuorlaneCore.h"
 
+#include "engine/InstructionSet.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -104,8 +106,12 @@ double QuorlaneCore::longestDelaySeconds (int index) noexcept
     return 1.0 / pitchFrequency (lateSemitones (1.0) - offset);
 }
 
-QuorlaneCore::QuorlaneCore()
-    : rate (RateConstants::forRate (44100.0, 0))
+QuorlaneCore::QuorlaneCore (Instructions instructions)
+    : kernels (instructions == Instructions::best ? DelayKernels::best() : DelayKernels::portable()),
+      wide (instructions == Instructions::best && InstructionSet::hasAvx2AndFma()),
+      rate (RateConstants::forRate (44100.0, 0)),
+      stereoAllpasses (kernels),
+      monoAllpasses (kernels)
 {
     // All built for 44100 Hz until prepared.
     SeedSequence seeds;
@@ -368,18 +374,9 @@ void QuorlaneCore::setQuality (unsigned q)
         quality = q;
 }
 
-void QuorlaneCore::process (const float* const* inputs, float* const* outputs, int numSamples)
-{
-    runFrames (inputs, outputs, 2, numSamples, &QuorlaneCore::processBlock);
-}
-
-void QuorlaneCore::processMono (float* const* channels, int numSamples)
-{
-    runFrames (channels, channels, 1, numSamples, &QuorlaneCore::processMonoBlock);
-}
-
+template <typename Block>
 void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs, int channels, int numSamples,
-                              void (QuorlaneCore::*block) (int) noexcept) noexcept
+                              Block block) noexcept
 {
     for (int done = 0; done < numSamples;)
     {
@@ -407,7 +404,7 @@ void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs,
         {
             fill = 0;
             inbox.deliverTo (*this);
-            (this->*block) (writeIndex == 0 ? blockSize : 0);
+            block (writeIndex == 0 ? blockSize : 0);
         }
 
         // The read index trails the write index by one block: the latency.
@@ -425,6 +422,32 @@ void QuorlaneCore::runFrames (const float* const* inputs, float* const* outputs,
     }
 
     meters.publish (peak[0], peak[1]);
+}
+
+void QuorlaneCore::process (const float* const* inputs, float* const* outputs, int numSamples)
+{
+    if (wide)
+        processWide (inputs, outputs, numSamples);
+    else
+        runFrames (inputs, outputs, 2, numSamples, [this] (int offset) { processBlock (offset); });
+}
+
+void QuorlaneCore::processMono (float* const* channels, int numSamples)
+{
+    if (wide)
+        processMonoWide (channels, numSamples);
+    else
+        runFrames (channels, channels, 1, numSamples, [this] (int offset) { processMonoBlock (offset); });
+}
+
+QUORLANE_FMA_KERNEL void QuorlaneCore::processWide (const float* const* inputs, float* const* outputs, int numSamples) noexcept
+{
+    runFrames (inputs, outputs, 2, numSamples, [this] (int offset) { processBlock (offset); });
+}
+
+QUORLANE_FMA_KERNEL void QuorlaneCore::processMonoWide (float* const* channels, int numSamples) noexcept
+{
+    runFrames (channels, channels, 1, numSamples, [this] (int offset) { processMonoBlock (offset); });
 }
 
 // Copies the block to the work buffers and reports whether the network runs.
@@ -466,8 +489,8 @@ void QuorlaneCore::processBlock (int offset) noexcept
         return;
     }
 
-    predelayLine (0).process (work[0], work[0], quality);
-    predelayLine (1).process (work[1], work[1], quality);
+    predelayLine (0).process (work[0], work[0], quality, kernels);
+    predelayLine (1).process (work[1], work[1], quality, kernels);
 
     {
         Pair s { crossfeedState[0], crossfeedState[1] };
@@ -517,8 +540,8 @@ void QuorlaneCore::processBlock (int offset) noexcept
     stereoAllpasses.processChain (2 * earlyStages, 2, lateStages, work[0]);
     stereoAllpasses.processChain (2 * earlyStages + 1, 2, lateStages, work[1]);
 
-    crossDelay (0).process (work[0], crossDelayOut[0], quality);
-    crossDelay (1).process (work[1], crossDelayOut[1], quality);
+    crossDelay (0).process (work[0], crossDelayOut[0], quality, kernels);
+    crossDelay (1).process (work[1], crossDelayOut[1], quality, kernels);
 
     lateEq.process (work[0], work[1]);
 
@@ -537,7 +560,7 @@ void QuorlaneCore::processMonoBlock (int offset) noexcept
     }
 
     double* x = work[0];
-    predelayLine (0).process (x, x, quality);
+    predelayLine (0).process (x, x, quality, kernels);
 
     double s = crossfeedState[0];
 
@@ -569,7 +592,7 @@ void QuorlaneCore::processMonoBlock (int offset) noexcept
 
     monoAllpasses.processChain (earlyStages, 1, lateStages, x);
 
-    crossDelay (0).process (x, crossDelayOut[0], quality);
+    crossDelay (0).process (x, crossDelayOut[0], quality, kernels);
     lateEqMono.process (x);
 
     if (! isFinite (x, x, earlyOut[0], earlyOut[0]))

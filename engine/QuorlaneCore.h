@@ -44,7 +44,12 @@ public:
         static RateConstants forRate (double sampleRate, int previousRateClass) noexcept;
     };
 
-    QuorlaneCore();
+    // Which of the engine's builds of its inner loops an instance runs: the
+    // fastest one the processor has, or the portable one (which every
+    // processor runs, and which differs only in the last bits).
+    enum class Instructions { best, portable };
+
+    explicit QuorlaneCore (Instructions instructions = Instructions::best);
 
     void beginPresetChange() override { fade.begin(); }
     void postParameter (std::uint32_t index, float normalisedValue) noexcept override { inbox.postParameter (index, normalisedValue); }
@@ -119,13 +124,23 @@ private:
     bool mixersStill() const noexcept;
     void meterBlock (const double* left, const double* right) noexcept;
 
-    void runFrames (const float* const* inputs, float* const* outputs, int channels, int numSamples,
-                    void (QuorlaneCore::*block) (int offset) noexcept) noexcept;
+    // Frames host blocks into blocks of the core; block (offset) processes one.
+    template <typename Block>
+    void runFrames (const float* const* inputs, float* const* outputs, int channels, int numSamples, Block block) noexcept;
+
+    // process and processMono built for AVX2 and FMA, with everything they
+    // call in this file.
+    void processWide (const float* const* inputs, float* const* outputs, int numSamples) noexcept;
+    void processMonoWide (float* const* channels, int numSamples) noexcept;
+
     void recomputeAll() noexcept;
     // Silences the network: buffers, filter states, the current block. The
     // core does this itself when its network turns non-finite.
     void clearNetwork() noexcept;
     void setBassCut (double hz) noexcept;
+
+    const DelayKernels& kernels;
+    const bool wide;
 
     RateConstants rate;
     unsigned quality = 0;
