@@ -4,6 +4,7 @@
 #include "ControlFactory.h"
 #include "DisplaySettingsPage.h"
 #include "GFXDisplay.h"
+#include "KeyboardClick.h"
 #include "MidiSettingsPage.h"
 #include "SkinValues.h"
 
@@ -28,6 +29,11 @@ BasePluginEditor::BasePluginEditor (BasePlugin& p)
 BasePluginEditor::BasePluginEditor (BasePlugin& p, const juce::XmlElement* skin)
     : AudioProcessorEditor (p), plugin (p)
 {
+    // The editor itself takes the focus when the host's window does, so that
+    // nothing inside is picked for the user; Tab goes on from here.
+    setWantsKeyboardFocus (true);
+    setFocusContainerType (FocusContainerType::keyboardFocusContainer);
+    setTitle (plugin.getPluginName());
     setSize (skinWidth, skinHeight);
 
     if (skin != nullptr)
@@ -74,6 +80,7 @@ void BasePluginEditor::buildFromSkin (const juce::XmlElement& root)
         ownedControllers.push_back (std::move (control));
         registerController (*created);
         created->loadFromSkin (*element, plugin.getParameterManager(), plugin.getEventRegistry(), *this);
+        created->getComponent().setExplicitFocusOrder ((int) ownedControllers.size());
         addAndMakeVisible (created->getComponent());
     }
 
@@ -135,7 +142,10 @@ void BasePluginEditor::handleEvent (int eventId, GUIController* source)
 {
     switch (eventId)
     {
-        case EventRegistry::options:         setOptionsVisible (! isShowingOptions()); return;
+        case EventRegistry::options:
+            optionsOpener = source != nullptr ? &source->getComponent() : nullptr;
+            setOptionsVisible (! isShowingOptions());
+            return;
         case EventRegistry::about:           showAbout(); return;
         case EventRegistry::toggleMidiLearn: toggleMidiLearn(); return;
         default: break;
@@ -216,10 +226,17 @@ void BasePluginEditor::midiLearnChoiceChanged()
     handleAsyncUpdate();
 }
 
+// The learn texts are the only guidance while learning, so a screen reader
+// is told each new one too.
 void BasePluginEditor::handleAsyncUpdate()
 {
     const bool learning = plugin.getMidiControl().isLearnMode();
-    statusBar.setRestingText (describeMidiLearn());
+    const auto learnText = describeMidiLearn();
+
+    if (learnText.isNotEmpty() && learnText != statusBar.getRestingText())
+        juce::AccessibilityHandler::postAnnouncement (learnText, juce::AccessibilityHandler::AnnouncementPriority::medium);
+
+    statusBar.setRestingText (learnText);
 
     if (midiLearnButton != nullptr)
         midiLearnButton->setBlinking (learning);
@@ -305,6 +322,41 @@ void BasePluginEditor::paint (juce::Graphics& g)
 
     if (background.isValid())
         background.draw (g, { skinWidth, skinHeight }, { skinWidth, skinHeight });
+}
+
+bool BasePluginEditor::keyPressed (const juce::KeyPress& key)
+{
+    auto* focused = getCurrentlyFocusedComponent();
+
+    if (key.isKeyCode (juce::KeyPress::tabKey) && focused == this)
+    {
+        if (auto traverser = createKeyboardFocusTraverser())
+        {
+            const auto all = traverser->getAllComponents (this);
+
+            if (! all.empty())
+                (key.getModifiers().isShiftDown() ? all.back() : all.front())->grabKeyboardFocus();
+        }
+
+        return true;
+    }
+
+    if (key.isKeyCode (juce::KeyPress::escapeKey) && isShowingOptions() && optionsPanel->isParentOf (focused))
+    {
+        setOptionsVisible (false);
+
+        if (optionsOpener != nullptr)
+            optionsOpener->grabKeyboardFocus();
+
+        return true;
+    }
+
+    return KeyboardClick::clickFocusedButton (key);
+}
+
+std::unique_ptr<juce::AccessibilityHandler> BasePluginEditor::createAccessibilityHandler()
+{
+    return std::make_unique<juce::AccessibilityHandler> (*this, juce::AccessibilityRole::group);
 }
 
 void BasePluginEditor::resized()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FocusRing.h"
 #include "GUIController.h"
 #include "OptionsPanel.h"
 #include "SkinImage.h"
@@ -16,7 +17,8 @@ class GFXDisplay;
 // it hears every control's events and movements and turns them into actions
 // (options, about, MIDI learn here; the preset operations in the plug-in),
 // reports parameters in the status bar and shows the options panel below the
-// skin.
+// skin. Tab walks the skin's controls in the skin's document order, then the
+// options; Escape closes the options.
 class BasePluginEditor : public juce::AudioProcessorEditor,
                          public GUIController::Listener,
                          private MidiControl::Listener,
@@ -77,6 +79,7 @@ public:
 
     void paint (juce::Graphics& g) override;
     void resized() override;
+    bool keyPressed (const juce::KeyPress& key) override;
 
     void controllerEvent (GUIController& source, int eventId) override;
     void controllerMoved (GUIController& source) override;
@@ -97,6 +100,8 @@ protected:
     void updateSize();
 
 private:
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
     void applyScale();
     void toggleMidiLearn();
     void midiLearnModeChanged (bool isOn) override;
@@ -118,6 +123,8 @@ private:
 
     StatusBar statusBar;
     std::unique_ptr<OptionsPanel> optionsPanel;
+    juce::Component::SafePointer<juce::Component> optionsOpener;
+    FocusRing focusRing { *this };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (BasePluginEditor)
 };

@@ -11,6 +11,16 @@ OptionsPanel::OptionsPanel()
     setTabBarDepth (26);
     setOutline (0);
     setColour (backgroundColourId, panelBackground);
+
+    // The bar would keep Tab among its own tabs; screen readers still see it as a group.
+    getTabbedButtonBar().setFocusContainerType (FocusContainerType::focusContainer);
+}
+
+juce::TabBarButton* OptionsPanel::createTabButton (const juce::String& tabName, int tabIndex)
+{
+    auto* button = juce::TabbedComponent::createTabButton (tabName, tabIndex);
+    button->setWantsKeyboardFocus (true);
+    return button;
 }
 
 void OptionsPanel::addPage (const juce::String& title, std::unique_ptr<juce::Component> page)

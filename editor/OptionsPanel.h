@@ -3,7 +3,8 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 // The options shown below the skin: one tab per page, the pages added by the
-// editors of the chain.
+// editors of the chain. Every tab is a stop of the Tab key and opens its page
+// on Space or Return; Tab then goes on into the page.
 class OptionsPanel : public juce::TabbedComponent
 {
 public:
@@ -27,4 +28,7 @@ public:
     static void drawPageText (juce::Graphics& g, const PageText& text, int pageWidth);
 
     static constexpr int height = 280;
+
+private:
+    juce::TabBarButton* createTabButton (const juce::String& tabName, int tabIndex) override;
 };

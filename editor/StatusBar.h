@@ -15,12 +15,19 @@ public:
     void setRestingText (const juce::String& text);
 
     juce::String getShownText() const { return message.isNotEmpty() ? message : restingText; }
+    const juce::String& getRestingText() const noexcept { return restingText; }
 
     void paint (juce::Graphics& g) override;
 
     static constexpr int height = 18;
 
 private:
+    // It repeats what the controls themselves tell a screen reader.
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override
+    {
+        return createIgnoredAccessibilityHandler (*this);
+    }
+
     void timerCallback() override;
     void update();
 

@@ -52,6 +52,14 @@ namespace
             link->setAttribute ("param", control.target);
         }
 
+        if (control.keyEvents != nullptr)
+        {
+            auto* actions = element->createNewChildElement ("actions");
+            addAction (*actions, "onPrevious", control.keyEvents->previous);
+            addAction (*actions, "onNext", control.keyEvents->next);
+            addAction (*actions, "onOpen", control.keyEvents->open);
+        }
+
         if (isDisplay)
         {
             element->setAttribute ("caretColour", SkinLayout::displayCaretColour);

@@ -42,6 +42,8 @@ namespace SkinLayout
             return { Kind::Animation, name, "", &meter, { left, top, meter.frameWidth, meter.frameHeight }, label };
         }
 
+        const KeyEvents presetKeys { "Select previous preset", "Select next preset", "Browse presets" };
+
         // Rows of the two stacked sections and of the mixer.
         constexpr int upperKnobTop = 59, lowerKnobTop = 146, mixerLowerTop = 143;
         constexpr int earlyColumn = 31, lateColumn = 188, mixerColumn = 437;
@@ -64,6 +66,17 @@ namespace SkinLayout
     const std::vector<Control>& controls()
     {
         static const std::vector<Control> all {
+            button ("AboutButton", "About", wordmarkButton, 10, 3, "Quorlane", Face::Wordmark),
+            button ("PreviousPresetButton", "Select previous preset", previousButton, 150, 9, "", Face::LeftArrow, "", true),
+            { Kind::Display, "PresetNameDisplay", "Current Preset Name", &font, { 170, 11, 175, 13 }, "",
+              Face::Legend, "", false, &presetKeys },
+            button ("NextPresetButton", "Select next preset", nextButton, 349, 9, "", Face::RightArrow, "", true),
+            button ("BrowseButton", "Browse presets", browseButton, 373, 9, "Browse"),
+            button ("CopyButton", "Copy current preset", copyButton, 411, 9, "Copy"),
+            button ("PasteButton", "Paste copied preset", pasteButton, 449, 9, "Paste"),
+            button ("StoreButton", "Store current preset", storeButton, 487, 9, "Store"),
+            button ("SaveButton", "Save Preset", saveButton, 525, 9, "Save", Face::Legend, "Save Preset As"),
+
             knob ("Early Size", mainKnob, earlyColumn, upperKnobTop, "Size"),
             knob ("Early Diffusion", mainKnob, earlyColumn + earlyPitch, upperKnobTop, "Diffusion"),
             knob ("Early Attenuation", mainKnob, earlyColumn + 2 * earlyPitch, upperKnobTop, "Attenuation"),
@@ -79,6 +92,7 @@ namespace SkinLayout
             knob ("Late EQ Frequency", eqKnob, lateColumn, lowerKnobTop, "Frequency"),
             knob ("Late EQ Gain", eqKnob, lateColumn + latePitch, lowerKnobTop, "Gain"),
             knob ("Late EQ Bandwidth", eqKnob, lateColumn + 2 * latePitch, lowerKnobTop, "Bandwidth"),
+            { Kind::DisplayFloat, "DecayTimeDisplay", "Decay Time", &font, { 326, 154, 64, 13 }, "Decay Time" },
 
             knob ("X Fader", mixerKnob, mixerColumn, upperKnobTop, "Early / Late"),
             knob ("Modulation", mixerKnob, mixerColumn + mixerPitch, upperKnobTop, "Modulation"),
@@ -87,20 +101,8 @@ namespace SkinLayout
             knob ("FX", outputKnob, mixerColumn + mixerPitch, mixerLowerTop, "Dry / Wet"),
             knob ("Output Volume", outputKnob, mixerColumn + 2 * mixerPitch, mixerLowerTop, "Output"),
 
-            { Kind::Display, "PresetNameDisplay", "Current Preset Name", &font, { 170, 11, 175, 13 }, "" },
-            { Kind::DisplayFloat, "DecayTimeDisplay", "Decay Time", &font, { 326, 154, 64, 13 }, "Decay Time" },
-
             meterAt ("LeftVUMeter", 569, 54, "L"),
             meterAt ("RightVUMeter", 598, 54, "R"),
-
-            button ("AboutButton", "About", wordmarkButton, 10, 3, "Quorlane", Face::Wordmark),
-            button ("PreviousPresetButton", "Select previous preset", previousButton, 150, 9, "", Face::LeftArrow, "", true),
-            button ("NextPresetButton", "Select next preset", nextButton, 349, 9, "", Face::RightArrow, "", true),
-            button ("BrowseButton", "Browse presets", browseButton, 373, 9, "Browse"),
-            button ("CopyButton", "Copy current preset", copyButton, 411, 9, "Copy"),
-            button ("PasteButton", "Paste copied preset", pasteButton, 449, 9, "Paste"),
-            button ("StoreButton", "Store current preset", storeButton, 487, 9, "Store"),
-            button ("SaveButton", "Save Preset", saveButton, 525, 9, "Save", Face::Legend, "Save Preset As"),
             button ("OptionsButton", "Options", optionsButton, 577, 158, "Options", Face::Gear),
         };
         return all;

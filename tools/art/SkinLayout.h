@@ -26,6 +26,15 @@ namespace SkinLayout
     // The four knob strips, one per size.
     extern const Strip mainKnob, eqKnob, mixerKnob, outputKnob;
 
+    // The events a display's keys fire: the arrows step, F4 opens.
+    struct KeyEvents
+    {
+        const char* previous;
+        const char* next;
+        const char* open;
+    };
+
+    // Listed in reading order, which is also the order the Tab key takes.
     struct Control
     {
         Kind kind;
@@ -37,6 +46,7 @@ namespace SkinLayout
         Face face = Face::Legend;
         const char* ctrlEvent = "";     // a button's Ctrl-click event
         bool autorepeat = false;
+        const KeyEvents* keyEvents = nullptr;   // a display's
     };
 
     struct Section
