@@ -4,7 +4,7 @@
 #include "GUIController.h"
 
 // A film strip driven by a value 0..1 (a VU meter, for instance); the user
-// cannot move it.
+// cannot move it, and screen readers pass over it.
 class GFXAnimation : public juce::Component,
                      public GUIController,
                      public BaseGFXController
@@ -26,5 +26,10 @@ protected:
     void showParameterValue() override;
 
 private:
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override
+    {
+        return createIgnoredAccessibilityHandler (*this);
+    }
+
     int frame = 0;
 };

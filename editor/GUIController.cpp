@@ -23,6 +23,7 @@ void GUIController::loadFromSkin (const juce::XmlElement& element, const Paramet
     editor = &owner;
     loadLinks (element, parameters);
     loadActions (element, events);
+    nameForAccessibility();
     loadOwnAttributes (element);
     loadGeometry (element);
 
@@ -31,6 +32,18 @@ void GUIController::loadFromSkin (const juce::XmlElement& element, const Paramet
 }
 
 void GUIController::loadOwnAttributes (const juce::XmlElement&) {}
+
+// A screen reader says the parameter's name; a control without one keeps
+// the title its kind gave it from its actions, or else its skin name.
+void GUIController::nameForAccessibility()
+{
+    auto& component = getComponent();
+
+    if (parameter != nullptr)
+        component.setTitle (parameter->getName());
+    else if (component.getTitle().isEmpty())
+        component.setTitle (component.getName());
+}
 
 void GUIController::loadLinks (const juce::XmlElement& element, const ParameterManager& parameters)
 {

@@ -33,8 +33,9 @@ public:
 
     void addListener (Listener* listener);
 
-    // Links and actions, then the kind's own attributes, film strip, size and
-    // position, then the bound parameter's current value.
+    // Links and actions, the title a screen reader reads, then the kind's own
+    // attributes, film strip, size and position, then the bound parameter's
+    // current value.
     void loadFromSkin (const juce::XmlElement& element, const ParameterManager& parameters,
                        const EventRegistry& events, BasePluginEditor& editor);
 
@@ -69,6 +70,7 @@ protected:
 
 private:
     void parameterChanged (Parameter& changed) override;
+    void nameForAccessibility();
     void loadLinks (const juce::XmlElement& element, const ParameterManager& parameters);
     void loadActions (const juce::XmlElement& element, const EventRegistry& events);
 
