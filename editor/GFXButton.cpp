@@ -5,14 +5,22 @@
 GFXButton::GFXButton (const juce::String& name)
     : juce::Button (name)
 {
+    // Tab reaches it; a click does not take the keyboard from the host.
+    setMouseClickGrabsKeyboardFocus (false);
 }
 
-void GFXButton::assignAction (const juce::String& type, int eventId, const juce::String&)
+void GFXButton::assignAction (const juce::String& type, int eventId, const juce::String& eventName)
 {
     if (type == "onClick")
+    {
         clickEvent = eventId;
+        setTitle (eventName);
+    }
     else if (type == "onClickWithCtrl")
+    {
         ctrlClickEvent = eventId;
+        setTooltip ("With Ctrl: " + eventName);
+    }
 }
 
 void GFXButton::loadClickAttributes (const juce::XmlElement& element)
@@ -59,6 +67,21 @@ void GFXButton::paintButton (juce::Graphics& g, bool isOver, bool isDown)
         drawFrame (g, frameToShow (isOver, isDown));
     else
         drawFallback (g, isOver && isDown ? 1.0f : 0.0f);
+}
+
+// The click happens at once, with the modifiers of the key itself.
+bool GFXButton::keyPressed (const juce::KeyPress& key)
+{
+    const auto mods = key.getModifiers();
+
+    if (isEnabled() && (key.getKeyCode() == juce::KeyPress::spaceKey || key.getKeyCode() == juce::KeyPress::returnKey)
+        && ! mods.isAltDown())
+    {
+        internalClickCallback (mods);
+        return true;
+    }
+
+    return juce::Button::keyPressed (key);
 }
 
 void GFXButton::clicked (const juce::ModifierKeys& modifiers)

@@ -6,7 +6,9 @@
 // A momentary button drawn from a film strip: frame 1 while held down with
 // the pointer over it, frame 0 otherwise. A click fires the "onClick" event,
 // or "onClickWithCtrl" with Ctrl held; `clickEvent` chooses press or release
-// and `autorepeat` repeats the click while held.
+// and `autorepeat` repeats the click while held. With the keyboard focus,
+// Space and Return click it (Ctrl held fires the Ctrl event); a screen reader
+// calls it by the name of the event it fires.
 class GFXButton : public juce::Button,
                   public GUIController,
                   public BaseGFXController
@@ -20,6 +22,8 @@ public:
 
     // The strip frame for the button's current look.
     int frameToShow (bool isOver, bool isDown) const;
+
+    bool keyPressed (const juce::KeyPress& key) override;
 
     static constexpr int repeatDelayMs = 1000;
     static constexpr int repeatIntervalMs = 100;
