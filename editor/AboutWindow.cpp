@@ -7,8 +7,11 @@ namespace
     class AboutContent : public juce::Component
     {
     public:
+        // The text is painted; a screen reader reads it from the title and description.
         AboutContent (const juce::String& t, const juce::String& body) : title (t), text (body)
         {
+            setTitle (title);
+            setDescription (text);
             setSize (360, 190);
         }
 
@@ -27,6 +30,11 @@ namespace
         }
 
     private:
+        std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override
+        {
+            return std::make_unique<juce::AccessibilityHandler> (*this, juce::AccessibilityRole::staticText);
+        }
+
         juce::String title, text;
     };
 }

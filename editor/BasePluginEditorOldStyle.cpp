@@ -71,6 +71,7 @@ BasePluginEditorOldStyle::PresetsSettingsComponent::PresetsSettingsComponent (Ba
               [this] (int index) { plugin.setChangingType (index); });
 
     pathField.setTextToShowWhenEmpty ("Bank file for \"User defined\"", juce::Colours::grey);
+    pathField.setTitle ("Bank file for \"User defined\"");
     pathField.onReturnKey = [this] { commitPath(); };
     pathField.onFocusLost = [this] { commitPath(); };
     addAndMakeVisible (pathField);

@@ -10,6 +10,8 @@ namespace
 }
 
 // One row: a label that edits on double-click and reports the new text.
+// The list is the keyboard's stop and names its rows to screen readers, so
+// the label is neither, except while it is being edited.
 class ColumnBrowser::ListColumn::ItemComponent : public juce::Label
 {
 public:
@@ -17,6 +19,8 @@ public:
     {
         setFont (itemFont());
         setEditable (false, true, false);
+        setWantsKeyboardFocus (false);
+        setAccessible (false);
         setInterceptsMouseClicks (true, false);
         onTextChange = [this] { owner.itemRenamed (row, getText()); };
     }
@@ -29,9 +33,30 @@ public:
         setColour (textColourId, juce::Colour (0xffe6e8ec));
     }
 
-    void mouseDown (const juce::MouseEvent&) override { owner.list.selectRow (row); }
+    void mouseDown (const juce::MouseEvent&) override
+    {
+        owner.list.selectRow (row);
+        owner.itemChosen (row);
+    }
 
 private:
+    void editorShown (juce::TextEditor* editor) override
+    {
+        setAccessible (true);
+        editor->setTitle ("Name");
+    }
+
+    // Return and Escape give the keyboard back to the list; a click
+    // elsewhere keeps it where it went.
+    void editorAboutToBeHidden (juce::TextEditor* editor) override
+    {
+        const bool hadFocus = editor->hasKeyboardFocus (false);
+        setAccessible (false);
+
+        if (hadFocus)
+            owner.list.grabKeyboardFocus();
+    }
+
     ListColumn& owner;
     int row = 0;
 };
@@ -42,6 +67,8 @@ ColumnBrowser::ListColumn::ListColumn()
     list.setColour (juce::ListBox::backgroundColourId, juce::Colour (0xff1a1a1c));
     list.setColour (juce::ListBox::outlineColourId, juce::Colour (0xff3a3b3f));
     list.setOutlineThickness (1);
+    // The keys scroll the list; a screen reader needs no scroll bar beside it.
+    list.getVerticalScrollBar().setAccessible (false);
     addAndMakeVisible (list);
 }
 
@@ -84,7 +111,42 @@ juce::Component* ColumnBrowser::ListColumn::refreshComponentForRow (int row, boo
 void ColumnBrowser::ListColumn::selectedRowsChanged (int lastRowSelected)
 {
     if (lastRowSelected >= 0)
-        itemChosen (lastRowSelected);
+        itemSelected (lastRowSelected);
+}
+
+void ColumnBrowser::ListColumn::returnKeyPressed (int row)
+{
+    itemChosen (row);
+    focusNeighbour (1);
+}
+
+bool ColumnBrowser::ListColumn::keyPressed (const juce::KeyPress& key)
+{
+    if (key == juce::KeyPress::leftKey || key == juce::KeyPress::rightKey)
+    {
+        focusNeighbour (key == juce::KeyPress::leftKey ? -1 : 1);
+        return true;
+    }
+
+    if (key == juce::KeyPress::F2Key)
+    {
+        if (auto* item = dynamic_cast<ItemComponent*> (list.getComponentForRowNumber (list.getSelectedRow())))
+            item->showEditor();
+
+        return true;
+    }
+
+    return false;
+}
+
+// Called from the column's own callbacks, which may have replaced the
+// columns to the right: they are looked up afresh.
+void ColumnBrowser::ListColumn::focusNeighbour (int offset)
+{
+    if (auto* browser = findParentComponentOfClass<ColumnBrowser>())
+        if (const int index = browser->indexOfColumn (this); index >= 0)
+            if (auto* neighbour = browser->getColumn (index + offset))
+                neighbour->focusList();
 }
 
 //==============================================================================
@@ -92,6 +154,7 @@ ColumnBrowser::ColumnBrowser()
 {
     viewport.setViewedComponent (&content, false);
     viewport.setScrollBarsShown (false, true);
+    viewport.getHorizontalScrollBar().setAccessible (false);
     addAndMakeVisible (viewport);
 }
 
@@ -109,6 +172,15 @@ ColumnBrowser::Column& ColumnBrowser::setColumn (int index, std::unique_ptr<Colu
 ColumnBrowser::Column* ColumnBrowser::getColumn (int index) const
 {
     return index >= 0 && index < (int) columns.size() ? columns[(size_t) index].get() : nullptr;
+}
+
+int ColumnBrowser::indexOfColumn (const Column* column) const
+{
+    for (size_t i = 0; i < columns.size(); ++i)
+        if (columns[i].get() == column)
+            return (int) i;
+
+    return -1;
 }
 
 void ColumnBrowser::resized()

@@ -14,10 +14,15 @@ public:
     {
     public:
         virtual void refresh() = 0;
+
+        // Gives the keyboard focus to the column's list.
+        virtual void focusList() = 0;
     };
 
-    // A column whose rows are texts: a click chooses a row, a double-click
-    // edits its text.
+    // A column whose rows are texts. The arrow keys move the selection; a
+    // click or Return chooses a row, and Return on a row that opens a column
+    // moves on into it (Left and Right move between columns too). A
+    // double-click or F2 edits a row's text.
     class ListColumn : public Column,
                        private juce::ListBoxModel
     {
@@ -30,9 +35,17 @@ public:
         virtual void itemChosen (int row) = 0;
         virtual void itemRenamed (int row, const juce::String& text) = 0;
 
+        // The selection moved to a row; nothing is chosen by that alone.
+        virtual void itemSelected (int) {}
+
         void selectRow (int row) { list.selectRow (row); }
+        int getSelectedRow() const { return list.getSelectedRow(); }
         void refresh() override;
+        void focusList() override { list.grabKeyboardFocus(); }
         void resized() override { list.setBounds (getLocalBounds()); }
+        bool keyPressed (const juce::KeyPress& key) override;
+
+        juce::ListBox& getList() noexcept { return list; }
 
     private:
         class ItemComponent;
@@ -41,6 +54,10 @@ public:
         void paintListBoxItem (int, juce::Graphics&, int, int, bool) override {}
         juce::Component* refreshComponentForRow (int row, bool selected, juce::Component* existing) override;
         void selectedRowsChanged (int lastRowSelected) override;
+        void returnKeyPressed (int row) override;
+        juce::String getNameForRow (int row) override { return getItemText (row); }
+
+        void focusNeighbour (int offset);
 
         juce::ListBox list;
     };
@@ -51,6 +68,7 @@ public:
     Column& setColumn (int index, std::unique_ptr<Column> column);
     int getNumColumns() const noexcept { return (int) columns.size(); }
     Column* getColumn (int index) const;
+    int indexOfColumn (const Column* column) const;
 
     void resized() override;
 

@@ -12,6 +12,7 @@ DisplaySettingsPage::DisplaySettingsPage (int currentZoom, std::function<void (i
         zoom.addItem (juce::String (percent) + " %", percent);
 
     zoom.setSelectedId (currentZoom, juce::dontSendNotification);
+    zoom.setTitle ("Zoom");
     zoom.onChange = [this] { onZoomChosen (zoom.getSelectedId()); };
     addAndMakeVisible (zoom);
 }

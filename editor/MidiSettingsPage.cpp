@@ -11,6 +11,9 @@ MidiSettingsPage::MidiSettingsPage (MidiControl& m, ParameterManager& parameters
             automatable.add (p);
 
     list.setModel (this);
+    list.setTitle ("Controller map");
+    // The keys scroll the list; a screen reader needs no scroll bar beside it.
+    list.getVerticalScrollBar().setAccessible (false);
     list.setRowHeight (18);
     list.setColour (juce::ListBox::backgroundColourId, juce::Colour (0xff1a1a1c));
     addAndMakeVisible (list);
@@ -37,7 +40,7 @@ void MidiSettingsPage::paint (juce::Graphics& g)
 {
     g.setColour (juce::Colour (0xffbef6ff));
     g.setFont (OptionsPanel::getFont (13.0f));
-    g.drawText ("Controller map (click a row to choose its parameter)", 10, 4, getWidth() - 20, 18,
+    g.drawText ("Controller map (click a row or press Return to choose its parameter)", 10, 4, getWidth() - 20, 18,
                 juce::Justification::centredLeft);
 }
 
@@ -68,6 +71,12 @@ void MidiSettingsPage::paintListBoxItem (int row, juce::Graphics& g, int width, 
     g.drawText ("CC#" + juce::String (row), 6, 0, 60, height, juce::Justification::centredLeft);
     g.setColour (p != nullptr ? juce::Colours::white : juce::Colour (0xff55585e));
     g.drawText (p != nullptr ? p->getName() : juce::String ("-"), 70, 0, width - 76, height, juce::Justification::centredLeft);
+}
+
+juce::String MidiSettingsPage::getNameForRow (int row)
+{
+    const auto* p = midi.getParameterAt (row);
+    return "CC#" + juce::String (row) + ": " + (p != nullptr ? p->getName() : juce::String ("none"));
 }
 
 void MidiSettingsPage::listBoxItemClicked (int row, const juce::MouseEvent&)

@@ -1,6 +1,8 @@
 #include "OldStylePresetBrowserWindow.h"
 
 #include "DialogFolder.h"
+#include "FocusRing.h"
+#include "KeyboardClick.h"
 #include "OptionsPanel.h"
 #include "PresetBrowserButtons.h"
 #include "SkinImageButton.h"
@@ -32,6 +34,20 @@ public:
         setUp (saveBankButton, "Save current preset bank", [this] { saveBank(); });
 
         setSize (ColumnBrowser::columnWidth * 2 + 24, 420);
+    }
+
+    // The current preset in its group's list.
+    void focusCurrentPreset()
+    {
+        browser.showCurrentPreset();
+        focusList();
+    }
+
+    // The rightmost list: the presets of the chosen group, else the groups.
+    void focusList()
+    {
+        if (auto* column = browser.getColumn (browser.getNumColumns() - 1))
+            column->focusList();
     }
 
     void paint (juce::Graphics& g) override
@@ -80,9 +96,12 @@ public:
     }
 
 private:
+    // The tooltip is also what a screen reader calls the button: "Load" is on
+    // both file rows.
     void setUp (juce::Button& button, const juce::String& tooltip, std::function<void()> action)
     {
         button.setTooltip (tooltip);
+        button.setTitle (tooltip);
         button.onClick = std::move (action);
         addAndMakeVisible (button);
     }
@@ -143,6 +162,7 @@ private:
     juce::Rectangle<int> presetRow, bankRow;
     juce::TooltipWindow tooltips { this };
     std::unique_ptr<juce::FileChooser> chooser;
+    FocusRing focusRing { *this };
 };
 
 OldStylePresetBrowserWindow::OldStylePresetBrowserWindow (BasePluginOldStyle& plugin, std::function<void()> close)
@@ -154,6 +174,36 @@ OldStylePresetBrowserWindow::OldStylePresetBrowserWindow (BasePluginOldStyle& pl
     setResizable (true, false);
     centreWithSize (getWidth(), getHeight());
     setVisible (true);
+    toFront (true);
+    getContent().focusCurrentPreset();
+}
+
+OldStylePresetBrowserWindow::Content& OldStylePresetBrowserWindow::getContent() const
+{
+    return *static_cast<Content*> (getContentComponent());
+}
+
+// The system activates the window after it opened, and JUCE then focuses the
+// window itself; the keyboard belongs in the list.
+void OldStylePresetBrowserWindow::focusGained (FocusChangeType)
+{
+    getContent().focusList();
+}
+
+bool OldStylePresetBrowserWindow::keyPressed (const juce::KeyPress& key)
+{
+    // Closing deletes the window: not from inside its own key handling.
+    if (key.isKeyCode (juce::KeyPress::escapeKey))
+    {
+        juce::MessageManager::callAsync ([window = SafePointer<OldStylePresetBrowserWindow> (this)]
+        {
+            if (window != nullptr)
+                window->closeButtonPressed();
+        });
+        return true;
+    }
+
+    return KeyboardClick::clickFocusedButton (key);
 }
 
 OldStylePresetBrowserWindow::~OldStylePresetBrowserWindow() = default;

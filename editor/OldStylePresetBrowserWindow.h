@@ -5,7 +5,8 @@
 #include <functional>
 
 // The "Preset Browser" window: the two columns and the buttons for the preset
-// manager's group, copy/paste, stepping and file operations.
+// manager's group, copy/paste, stepping and file operations. It opens at the
+// current preset, with the keyboard in its list; Escape closes it.
 class OldStylePresetBrowserWindow : public juce::DocumentWindow
 {
 public:
@@ -13,9 +14,13 @@ public:
     ~OldStylePresetBrowserWindow() override;
 
     void closeButtonPressed() override { onClose(); }
+    bool keyPressed (const juce::KeyPress& key) override;
+    void focusGained (FocusChangeType cause) override;
 
 private:
     class Content;
+
+    Content& getContent() const;
 
     std::function<void()> onClose;
 };

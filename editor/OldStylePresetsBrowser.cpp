@@ -53,6 +53,19 @@ void OldStylePresetsBrowser::chooseGroup (int group)
     rebuild();
 }
 
+void OldStylePresetsBrowser::showCurrentPreset()
+{
+    const int slot = (int) plugin.getCurrentPresetIndex();
+    const auto groups = plugin.getGroups();
+
+    for (int g = 0; g < (int) groups.size(); ++g)
+        if (slot >= plugin.getFirstSlotOfGroup (g) && slot < plugin.getFirstSlotOfGroup (g) + groups[(size_t) g].count)
+        {
+            chooseGroup (g);
+            return;
+        }
+}
+
 void OldStylePresetsBrowser::addGroup()
 {
     if (selectedGroup >= 0)

@@ -5,7 +5,9 @@
 #include "presets/BasePluginOldStyle.h"
 
 // The bank in two columns: the groups, and the presets of the chosen group.
-// Row r of group g is slot (first slot of g) + r. The operations below are
+// Row r of group g is slot (first slot of g) + r. Moving through the groups
+// opens each one's presets; a preset loads when it is chosen (a click or
+// Return), not when the arrow keys pass over it. The operations below are
 // the browser window's buttons; after each the columns show the manager's
 // state again.
 class OldStylePresetsBrowser : public ColumnBrowser,
@@ -16,6 +18,9 @@ public:
     ~OldStylePresetsBrowser() override;
 
     void chooseGroup (int group);
+
+    // Chooses the group that holds the current preset.
+    void showCurrentPreset();
 
     // A new empty "New Group" before the chosen group; nothing without a choice.
     void addGroup();
@@ -46,6 +51,7 @@ public:
         int getNumItems() const override;
         juce::String getItemText (int row) const override;
         void itemChosen (int row) override;
+        void itemSelected (int row) override { itemChosen (row); }
         void itemRenamed (int row, const juce::String& text) override;
     };
 

@@ -18,6 +18,8 @@ QualitySettingsPage::QualitySettingsPage (CorvelleEffect& e)
 {
     fill (defaultQuality);
     fill (currentQuality);
+    defaultQuality.setTitle ("Default Quality");
+    currentQuality.setTitle ("Current Quality");
 
     defaultQuality.setSelectedId (effect.getDefaultQuality() + 1, juce::dontSendNotification);
     currentQuality.setSelectedId (effect.getCurrentQualityStep() + 1, juce::dontSendNotification);
