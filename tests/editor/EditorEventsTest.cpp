@@ -1,7 +1,6 @@
 #include "EditorTestSupport.h"
 
 #include "editor/GFXButton.h"
-#include "editor/GFXDisplay.h"
 #include "editor/GFXKnob.h"
 #include "editor/QuorlaneEditor.h"
 
@@ -90,16 +89,4 @@ TEST (EditorEvents, OptionsOpenBelowTheSkin)
 
     editor.handleEvent (EventRegistry::options, nullptr);
     EXPECT_EQ (editor.getHeight(), 207);
-}
-
-TEST (EditorEvents, ThePresetNameDisplayRenamesThroughItsParameter)
-{
-    Quorlane plugin;
-    QuorlaneEditor editor (plugin);
-    auto& display = find<GFXDisplay> (editor, "PresetNameDisplay");
-
-    display.getTextEditor().setText ("Thirty-three characters long, ok!", false);
-    display.getTextEditor().onReturnKey();
-    EXPECT_EQ (plugin.getSlotName (0), "Thirty-three characters long, ok");
-    EXPECT_EQ (display.getParameter()->getText(), plugin.getSlotName (0));
 }

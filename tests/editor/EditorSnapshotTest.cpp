@@ -1,5 +1,6 @@
 #include "EditorTestSupport.h"
 
+#include "editor/FocusRing.h"
 #include "editor/GFXAnimation.h"
 #include "editor/GFXKnob.h"
 #include "editor/QuorlaneEditor.h"
@@ -8,9 +9,9 @@ using namespace EditorTest;
 
 namespace
 {
-    juce::Image snapshot (juce::Component& c, juce::Rectangle<int> area)
+    juce::Image snapshot (juce::Component& c, juce::Rectangle<int> area, float scale = 1.0f)
     {
-        return c.createComponentSnapshot (area, true, 1.0f);
+        return c.createComponentSnapshot (area, true, scale);
     }
 
     bool samePixels (const juce::Image& a, const juce::Image& b)
@@ -25,6 +26,14 @@ namespace
 
         return true;
     }
+
+    void save (const juce::Image& image, const char* name)
+    {
+        const auto file = juce::File (QUORLANE_TEST_OUTPUT_DIR).getChildFile (name);
+        file.deleteFile();
+        juce::FileOutputStream out (file);
+        ASSERT_TRUE (out.openedOk() && juce::PNGImageFormat().writeImageToStream (image, out));
+    }
 }
 
 // The whole product window rendered off screen: its size, a knob for each
@@ -37,14 +46,7 @@ TEST (EditorSnapshot, TheProductWindowDrawsEveryKnobFromItsParameter)
     ASSERT_EQ (editor.getWidth(), 633);
     ASSERT_EQ (editor.getHeight(), 207);
 
-    const auto whole = snapshot (editor, editor.getLocalBounds());
-    const auto file = juce::File (QUORLANE_TEST_OUTPUT_DIR).getChildFile ("editor-snapshot.png");
-    file.deleteFile();
-    {
-        juce::FileOutputStream out (file);
-        ASSERT_TRUE (out.openedOk());
-        ASSERT_TRUE (juce::PNGImageFormat().writeImageToStream (whole, out));
-    }
+    save (snapshot (editor, editor.getLocalBounds()), "editor-snapshot.png");
 
     int knobs = 0;
 
@@ -106,4 +108,45 @@ TEST (EditorSnapshot, MetersFollowTheProcessedLevel)
     editor.refreshMeters();
     EXPECT_EQ (left.getFrame(), 0) << "meters rest when nothing is processed";
     EXPECT_EQ (right.getFrame(), 0);
+}
+
+// The focused control wears the amber ring in the margin around it, as thick
+// in skin pixels at 2x as at 1x, and keeps its own picture; the pictures are
+// kept in the build folder for a look.
+TEST (EditorSnapshot, TheFocusRingSurroundsTheFocusedControlAtEveryScale)
+{
+    Quorlane plugin;
+    QuorlaneEditor editor (plugin);
+    showWithFocus (editor);
+    auto& knob = find<GFXKnob> (editor, "Predelay");
+    const auto area = knob.getBoundsInParent().expanded (FocusRing::margin);
+    const auto isRing = [] (juce::Colour c) { return c.getPerceivedBrightness() > 0.6f && c.getHue() > 0.05f && c.getHue() < 0.15f; };
+    int ringPixels[2] {};
+
+    for (const int scale : { 1, 2 })
+    {
+        editor.grabKeyboardFocus();
+        pumpMessages();
+        const auto plain = snapshot (editor, area, (float) scale);
+        knob.grabKeyboardFocus();
+        pumpMessages();
+        const auto focused = snapshot (editor, area, (float) scale);
+        save (snapshot (editor, editor.getLocalBounds(), (float) scale), scale == 1 ? "editor-focus.png" : "editor-focus@2x.png");
+
+        const auto inner = juce::Rectangle<int> (FocusRing::margin, FocusRing::margin, knob.getWidth(), knob.getHeight()) * scale;
+        int& ring = ringPixels[scale - 1];
+
+        for (int y = 0; y < focused.getHeight(); ++y)
+            for (int x = 0; x < focused.getWidth(); ++x)
+            {
+                if (inner.contains (x, y))
+                    ASSERT_EQ (focused.getPixelAt (x, y), plain.getPixelAt (x, y)) << "the ring covers the knob at " << x << "," << y;
+                else
+                    ring += isRing (focused.getPixelAt (x, y)) ? 1 : 0;
+            }
+    }
+
+    const int perimeter = 2 * (area.getWidth() + area.getHeight());
+    EXPECT_GT (ringPixels[0], perimeter * 3 / 4) << "a ring all round at 1x";
+    EXPECT_GT (ringPixels[1], ringPixels[0] * 3) << "twice as long and twice as thick at 2x";
 }

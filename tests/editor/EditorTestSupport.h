@@ -1,10 +1,14 @@
 #pragma once
 
+#include "SystemFocus.h"
+
 #include "editor/BasePluginEditor.h"
 #include "editor/GUIController.h"
 #include "engine/Quorlane.h"
 
 #include <gtest/gtest.h>
+
+#include <map>
 
 namespace EditorTest
 {
@@ -21,6 +25,17 @@ namespace EditorTest
         juce::MessageManager::getInstance()->runDispatchLoopUntil (milliseconds);
     }
 
+    // An open top-level window of a kind, if any.
+    template <typename Window>
+    Window* findWindow()
+    {
+        for (int i = 0; i < juce::TopLevelWindow::getNumTopLevelWindows(); ++i)
+            if (auto* window = dynamic_cast<Window*> (juce::TopLevelWindow::getTopLevelWindow (i)))
+                return window;
+
+        return nullptr;
+    }
+
     template <typename Control>
     Control& find (const BasePluginEditor& editor, const juce::String& name)
     {
@@ -31,6 +46,76 @@ namespace EditorTest
 
         return *control;
     }
+
+    // Makes a window the one the system sends keys to and lets JUCE hear of
+    // it: JUCE then gives the keyboard to the window's last focused control,
+    // or to the window itself (done here when JUCE had missed a change).
+    inline void activate (juce::Component& window)
+    {
+        giveSystemFocus (*window.getPeer());
+        pumpMessages (50);
+
+        if (! window.hasKeyboardFocus (true))
+            window.grabKeyboardFocus();
+    }
+
+    // An editor in a window of its own with the keyboard, as a screen reader
+    // or the keyboard finds it; JUCE builds the accessibility tree only for
+    // components on screen.
+    inline void showWithFocus (juce::Component& editor)
+    {
+        editor.addToDesktop (0);
+        editor.setVisible (true);
+        pumpMessages();
+        activate (editor);
+    }
+
+    // A key as the window receives it, passed on as JUCE does: to the focused
+    // control, then up its parents, and Tab moving the focus.
+    inline void deliver (const juce::KeyPress& key)
+    {
+        auto* focused = juce::Component::getCurrentlyFocusedComponent();
+
+        if (focused == nullptr || focused->getPeer() == nullptr)
+            throw std::runtime_error ("no focused window for a key");
+
+        focused->getPeer()->handleKeyPress (key);
+    }
+
+    inline void press (int keyCode, juce::ModifierKeys modifiers = {})
+    {
+        deliver (juce::KeyPress (keyCode, modifiers, 0));
+        pumpMessages();
+    }
+
+    inline void type (const juce::String& text)
+    {
+        for (auto c : text)
+            deliver (juce::KeyPress ((int) juce::CharacterFunctions::toUpperCase (c), {}, c));
+
+        pumpMessages();
+    }
+
+    inline juce::String focusedName()
+    {
+        auto* focused = juce::Component::getCurrentlyFocusedComponent();
+        return focused != nullptr ? focused->getName() : juce::String ("(none)");
+    }
+
+    // The changes and automation gestures the host is told of, by parameter index.
+    struct HostGestures : juce::AudioProcessorListener
+    {
+        explicit HostGestures (juce::AudioProcessor& p) : processor (p) { processor.addListener (this); }
+        ~HostGestures() override { processor.removeListener (this); }
+
+        void audioProcessorParameterChanged (juce::AudioProcessor*, int index, float) override { ++changes[index]; }
+        void audioProcessorChanged (juce::AudioProcessor*, const ChangeDetails&) override {}
+        void audioProcessorParameterChangeGestureBegin (juce::AudioProcessor*, int index) override { ++begun[index]; }
+        void audioProcessorParameterChangeGestureEnd (juce::AudioProcessor*, int index) override { ++ended[index]; }
+
+        juce::AudioProcessor& processor;
+        std::map<int, int> changes, begun, ended;
+    };
 
     // Records what controls report.
     struct RecordingListener : GUIController::Listener

@@ -6,18 +6,10 @@
 #include "editor/OldStylePresetBrowserWindow.h"
 #include "framework/EventRegistry.h"
 
+using EditorTest::findWindow;
+
 namespace
 {
-    template <typename Window>
-    Window* findWindow()
-    {
-        for (int i = 0; i < juce::TopLevelWindow::getNumTopLevelWindows(); ++i)
-            if (auto* window = dynamic_cast<Window*> (juce::TopLevelWindow::getTopLevelWindow (i)))
-                return window;
-
-        return nullptr;
-    }
-
     juce::DialogWindow* findDialog (const juce::String& title)
     {
         for (int i = 0; i < juce::TopLevelWindow::getNumTopLevelWindows(); ++i)
