@@ -6,12 +6,16 @@
 
 #include "../support/ParameterNames.h"
 #include "../support/ScopedConfigHome.h"
+#include "../support/EditorFollowWatch.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <thread>
 
 namespace
 {
@@ -101,9 +105,50 @@ namespace
         return nullptr;
     }
 
+    // The format's own creation call. JUCE's synchronous creation, called
+    // off this process's message thread, would hand the work to that thread;
+    // a DAW makes the instance on a thread of its own, which is not the
+    // plug-in's message thread either.
+    struct CreationCall : juce::AudioPluginFormat
+    {
+        using juce::AudioPluginFormat::createPluginInstance;
+    };
+
+    // The slots of a saved PresetBank in order, across its groups.
+    juce::Array<const juce::XmlElement*> presetsOf (const juce::XmlElement& bank)
+    {
+        juce::Array<const juce::XmlElement*> presets;
+
+        for (auto* group : bank.getChildIterator())
+            for (auto* preset : group->getChildWithTagNameIterator ("Preset"))
+                presets.add (preset);
+
+        return presets;
+    }
+
+    double storedValue (const juce::XmlElement& state, const juce::String& parameterName)
+    {
+        const auto* presetsState = state.getChildByName ("PresetsState");
+        const auto* bank = presetsState != nullptr ? presetsState->getChildByName ("PresetBank") : nullptr;
+
+        if (bank == nullptr)
+            return -1.0;
+
+        const auto presets = presetsOf (*bank);
+        const auto* current = presets[presetsState->getIntAttribute ("currentPreset")];
+
+        if (current != nullptr)
+            for (auto* param : current->getChildWithTagNameIterator ("param"))
+                if (param->getStringAttribute ("name") == parameterName)
+                    return param->getDoubleAttribute ("value");
+
+        return -1.0;
+    }
+
     class HostedPlugin : public ::testing::TestWithParam<Format>
     {
     protected:
+        // Made where a DAW makes it, prepared for 48 kHz and blocks of 256.
         std::unique_ptr<juce::AudioPluginInstance> instantiate()
         {
             auto format = GetParam().create();
@@ -113,8 +158,25 @@ namespace
             if (types.isEmpty())
                 return nullptr;
 
-            juce::String error;
-            auto instance = format->createInstanceFromDescription (*types[0], 48000.0, 256, error);
+            std::unique_ptr<juce::AudioPluginInstance> instance;
+            const auto create = [&]
+            {
+                const auto call = &CreationCall::createPluginInstance;
+                (format.get()->*call) (*types[0], 48000.0, 256, [&] (std::unique_ptr<juce::AudioPluginInstance> made, const juce::String&)
+                {
+                    instance = std::move (made);
+                });
+            };
+
+            // Linux hosts make VST3 and LV2 instances on a thread of theirs
+            // that the plug-in's own message thread is not; Windows hosts
+            // make them on their GUI thread, whose message loop the plug-in's
+            // windows then use.
+           #if JUCE_LINUX
+            std::thread (create).join();
+           #else
+            create();
+           #endif
 
             if (instance != nullptr)
             {
@@ -307,6 +369,78 @@ TEST_P (HostedPlugin, OpensTheSkinnedEditor)
     p->setValueNotifyingHost (0.9f);
     processBlocks (*plugin, 2);
     EXPECT_NEAR (p->getValue(), 0.9f, 1.0e-4f);
+
+    editor.reset();
+    pumpMessages();
+}
+
+// As a DAW runs a plug-in: the instance made on a host thread, automation
+// played on an audio thread of its own in real time, the host's message loop
+// left to run. The knob and the decay display follow the automated "Late
+// Size" within 100 ms, and with automatic storing on, the value is stored
+// into the current preset.
+TEST_P (HostedPlugin, AutomationFromTheHostsThreadsIsShownAndStored)
+{
+    const ScopedConfigHome home;
+    home.writeSettings ("<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+    auto plugin = instantiate();
+    ASSERT_NE (plugin, nullptr);
+    auto* lateSize = parameterNamed (*plugin, "Late Size");
+    ASSERT_NE (lateSize, nullptr);
+
+    std::unique_ptr<juce::AudioProcessorEditor> editor (plugin->createEditorIfNeeded());
+    ASSERT_NE (editor, nullptr);
+    editor->addToDesktop (0);
+    editor->setVisible (true);
+    pumpMessages (300);
+    auto* window = editor->getPeer() != nullptr ? editor->getPeer()->getNativeHandle() : nullptr;
+    ASSERT_NE (window, nullptr);
+
+    EditorFollowWatch watch (window);
+    ASSERT_TRUE (watch.canSee());
+
+    using Clock = EditorFollowWatch::Clock;
+    std::atomic<bool> playing { true };
+    std::atomic<Clock::rep> automatedAt { 0 };
+    std::thread audio ([&]
+    {
+        juce::AudioBuffer<float> buffer (2, 256);
+        juce::MidiBuffer midi;
+
+        for (int block = 0; playing; ++block)
+        {
+            if (block == 20)
+            {
+                lateSize->setValue (0.9f);
+                automatedAt = Clock::now().time_since_epoch().count();
+            }
+
+            buffer.clear();
+            plugin->processBlock (buffer, midi);
+            std::this_thread::sleep_for (std::chrono::microseconds (5333));
+        }
+    });
+
+    while (automatedAt == 0)
+        pumpMessages (10);
+
+    const auto automated = Clock::time_point (Clock::duration (automatedAt.load()));
+
+    for (const auto end = automated + std::chrono::seconds (1); Clock::now() < end && ! watch.look();)
+        pumpMessages (10);
+
+    pumpMessages (200);
+    playing = false;
+    audio.join();
+
+    EXPECT_LE (watch.knobDelay (automated), std::chrono::milliseconds (100)) << "the knob follows";
+    EXPECT_LE (watch.decayDelay (automated), std::chrono::milliseconds (100)) << "the decay display follows";
+
+    juce::MemoryBlock state;
+    plugin->getStateInformation (state);
+    const auto saved = pluginStateInside (state);
+    ASSERT_NE (saved, nullptr);
+    EXPECT_NEAR (storedValue (*saved, "Late Size"), 0.9, 1e-6);
 
     editor.reset();
     pumpMessages();

@@ -15,8 +15,9 @@
 namespace
 {
 thread_local bool watched = false, recording = false;
+thread_local const void* lastRecorded = nullptr;
 
-std::atomic<long> allocations { 0 }, locks { 0 }, lockWaits { 0 }, hostLockWaits { 0 }, writes { 0 };
+std::atomic<long> allocations { 0 }, locks { 0 }, ownLocks { 0 }, lockWaits { 0 }, hostLockWaits { 0 }, writes { 0 };
 
 // JUCE's own locks, filled before any thread is watched.
 std::atomic<const void*> exempt[64] {};
@@ -69,9 +70,21 @@ void AudioThreadCounters::exemptFirstLockOf (const std::function<void()>& action
     recording = false;
 }
 
+void AudioThreadCounters::exemptLastLockOf (const std::function<void()>& action)
+{
+    lastRecorded = nullptr;
+    action();
+
+    if (lastRecorded != nullptr && ! isExempt (lastRecorded) && exemptCount.load() < (int) std::size (exempt))
+    {
+        exempt[exemptCount.load()] = lastRecorded;
+        ++exemptCount;
+    }
+}
+
 AudioThreadCounters::Counts AudioThreadCounters::read()
 {
-    return { allocations.load(), locks.load(), lockWaits.load(), hostLockWaits.load(), writes.load() };
+    return { allocations.load(), locks.load(), ownLocks.load(), lockWaits.load(), hostLockWaits.load(), writes.load() };
 }
 
 void* operator new (std::size_t size) { return allocate (size); }
@@ -102,6 +115,7 @@ void operator delete[] (void* p, std::size_t, std::align_val_t) noexcept { relea
 extern "C" int pthread_mutex_lock (pthread_mutex_t* mutex)
 {
     static const auto original = next<int (*) (pthread_mutex_t*)> ("pthread_mutex_lock");
+    lastRecorded = mutex;
 
     if (recording && exemptCount.load() < (int) std::size (exempt))
     {
@@ -113,6 +127,9 @@ extern "C" int pthread_mutex_lock (pthread_mutex_t* mutex)
     if (watched)
     {
         ++locks;
+
+        if (! isExempt (mutex))
+            ++ownLocks;
 
         if (pthread_mutex_trylock (mutex) == 0)
             return 0;
