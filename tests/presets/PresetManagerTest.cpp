@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace
 {
     struct CountingListener : BasePluginOldStyle::PresetManagerListener
@@ -143,12 +145,31 @@ TEST (PresetManager, EditingTouchesOnlyTheCurrentSlotAndStoringFollowsItsMode)
     ASSERT_EQ (plugin.getGroups().size(), 1u);
     EXPECT_EQ (plugin.getGroups()[0].count, 128);
 
-    // Automatic storing keeps the current slot in step, and only that one.
+    // Automatic storing keeps the current slot in step, and only that one,
+    // also for an edit made on the audio thread just before a program change
+    // that the message thread has not yet stored.
     plugin.changeToPreset (2);
     plugin.setStoringMode (BasePluginOldStyle::automaticStoring);
     plugin.getPluginParameter (7)->setNormalisedValue (0.3f, ChangeOrigin::editor);
     EXPECT_EQ (plugin.getSlot (2)->values[7], 0.3f);
     EXPECT_NE (plugin.getSlot (3)->values[7], 0.3f);
+
+    const auto slot4 = plugin.getSlot (4)->values;
+    plugin.setPlayConfigDetails (2, 2, 48000.0, 64);
+    plugin.prepareToPlay (48000.0, 64);
+    std::thread ([&plugin]
+    {
+        juce::AudioBuffer<float> buffer (2, 64);
+        juce::MidiBuffer midi;
+        plugin.getParameters()[8]->setValue (0.625f);
+        midi.addEvent (juce::MidiMessage::programChange (1, 4), 0);
+        plugin.processBlock (buffer, midi);
+    }).join();
+
+    runMessageLoop();
+    EXPECT_EQ (plugin.getSlot (2)->values[8], 0.625f) << "stored where it was made";
+    EXPECT_EQ (plugin.getSlot (4)->values, slot4);
+    EXPECT_EQ (liveValues (plugin), slot4);
 }
 
 TEST (PresetManager, EveryRenameCutsNamesByOneRuleSoSlotAndNameParameterAgree)

@@ -25,6 +25,11 @@ namespace
 
 TEST (AudioThread, Vst2BuildNeverAllocatesTakesOurLocksOrPosts)
 {
+#if defined(__SANITIZE_THREAD__)
+    // ThreadSanitizer intercepts the lock functions counted here, and cannot
+    // follow the wrapper's own (uninstrumented) message thread in the library.
+    GTEST_SKIP() << "counted in the plain build";
+#endif
     using namespace Vst2;
     const ScopedConfigHome home;
     home.writeSettings ("<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
