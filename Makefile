@@ -115,12 +115,12 @@ bench: deps
 	cmake --build $(RELEASE_DIR) -j $(JOBS) --target quorlane_bench
 	$(RELEASE_DIR)/bench/quorlane_bench --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 
-# Redraws the editor's images and skin.xml into resources/ (they are committed)
-# and leaves a picture of the assembled panel in build/debug/panel-preview.png.
+# Redraws the editor's images and skin.xml into resources/ and the
+# application's icons into packaging/linux/icons/ (all committed), and leaves a picture of the assembled panel in build/debug/panel-preview.png.
 art: DEBIAN_PACKAGES += fonts-urw-base35
 art: deps $(DEBUG_DIR)/build.ninja
 	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane-art
-	$(DEBUG_DIR)/bin/quorlane-art resources --preview $(DEBUG_DIR)/panel-preview.png
+	$(DEBUG_DIR)/bin/quorlane-art resources --preview $(DEBUG_DIR)/panel-preview.png --icons packaging/linux/icons
 
 # Windows x64, cross-built with MinGW-w64 in one release tree (no LTO) that
 # holds both what the zip ships and the test suites, which run under Wine.
