@@ -16,7 +16,7 @@ DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modu
 ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
 VERSION := $(shell sed -n 's/^project.Quorlane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 
-.PHONY: all deps debug release test fuzz demo install uninstall install-user \
+.PHONY: all deps debug release test fuzz demo install uninstall install-user deb dist-linux package-test \
 	bench art clean windows windows-test windows-bench sanitize fuzz-long
 
 all: release
@@ -134,6 +134,25 @@ install-user: release
 	@if [ -e $(ARTEFACTS)/CLAP/Quorlane.clap ]; then echo "  CLAP     $(HOME)/.clap/Quorlane.clap"; fi
 	@echo "  App      $(ARTEFACTS)/Standalone/Quorlane"
 	@echo "Rescan plug-ins in your DAW (Ardour, Reaper, Bitwig) and insert \"Quorlane\" on a stereo track or bus."
+
+# dist/quorlane_<version>_amd64.deb, made with dpkg-deb (see docs/packaging.md).
+deb: DEBIAN_PACKAGES += dpkg-dev
+deb: release
+	tools/linux/make-deb.sh $(RELEASE_DIR) dist
+
+# dist/Quorlane-<version>-linux-x64.tar.gz, with its own install.sh.
+dist-linux: release
+	tools/linux/pack-tarball.sh $(RELEASE_DIR) dist
+
+# Every Linux install route tried for real: `make install` into a staging
+# folder, the .deb installed and removed with apt-get, the tarball's
+# install.sh for a user and for the system, with hosts loading what each put
+# in place (installs system-wide: run as root, or with sudo at hand).
+PACKAGE_TEST_PACKAGES := dpkg-dev lintian lilv-utils man-db
+package-test: DEBIAN_PACKAGES += $(PACKAGE_TEST_PACKAGES)
+package-test: deb dist-linux $(DEBUG_DIR)/build.ninja
+	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane_vst2_abi_tests quorlane_host_tests
+	tools/linux/package-test.sh $(RELEASE_DIR) $(DEBUG_DIR) dist
 
 # The plug-ins installed for the current user, and the renderer's demo in demo/.
 demo: install-user
