@@ -53,13 +53,10 @@ else
     bin=$HOME/.local/bin data=${XDG_DATA_HOME:-$HOME/.local/share}
 fi
 
-# Each folder of this package and where its contents go.
+# Each folder of this package and where its contents go, apart by a tab (a
+# home may have spaces in its name).
 destinations() {
-    echo "lib/lv2 $lv2"
-    echo "lib/vst3 $vst3"
-    echo "lib/lxvst $vst2"
-    echo "lib/clap $clap"
-    echo "bin $bin"
+    printf '%s\t%s\n' lib/lv2 "$lv2" lib/vst3 "$vst3" lib/lxvst "$vst2" lib/clap "$clap" bin "$bin"
 }
 
 # The files under share/, one by one (other programs' files live beside them).
@@ -68,20 +65,20 @@ shared_files() {
 }
 
 if $uninstall; then
-    destinations | while read -r from to; do
+    destinations | while IFS=$'\t' read -r from to; do
         [ -d "$here/$from" ] || continue
         for entry in "$here/$from"/*; do
             [ -e "$entry" ] || continue
             rm -rf "${to:?}/$(basename "$entry")"
         done
     done
-    shared_files | while read -r file; do rm -f "$data/$file"; done
+    shared_files | while IFS= read -r file; do rm -f "$data/$file"; done
     rmdir "$data/doc/quorlane" 2>/dev/null || true
     echo "Removed Quorlane$($system && echo " from /usr/local" || echo " for $(id -un)")."
     exit 0
 fi
 
-destinations | while read -r from to; do
+destinations | while IFS=$'\t' read -r from to; do
     [ -d "$here/$from" ] || continue
     for entry in "$here/$from"/*; do
         [ -e "$entry" ] || continue
@@ -92,14 +89,16 @@ destinations | while read -r from to; do
     done
 done
 
-shared_files | while read -r file; do
+shared_files | while IFS= read -r file; do
     install -D -m 644 "$here/share/$file" "$data/$file"
 done
 
 # A desktop session may not have ~/.local/bin on its PATH: the menu entry
-# names the program by its full path.
+# names the program by its full path (quoted where it holds a space).
 if ! $system; then
-    sed -i "s|^Exec=quorlane\$|Exec=$bin/quorlane|" "$data/applications/quorlane.desktop"
+    program=$bin/quorlane
+    case $program in *" "*) program="\"$program\"" ;; esac
+    sed -i "s|^Exec=quorlane\$|Exec=$program|" "$data/applications/quorlane.desktop"
 fi
 
 echo "Installed Quorlane$($system && echo " for every user" || echo " for $(id -un)"):"
