@@ -4,6 +4,7 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
+#include "../support/Environment.h"
 #include "../support/ParameterNames.h"
 #include "../support/ScopedConfigHome.h"
 #include "../support/EditorFollowWatch.h"
@@ -36,6 +37,14 @@ namespace
                 return p;
 
         return nullptr;
+    }
+
+    // The build's own plug-in, or an installed copy named by the variable: the
+    // package tests load what each install put in place.
+    juce::String pluginLocation (const char* variable, const char* built)
+    {
+        const auto installed = environmentVariable (variable);
+        return juce::String::fromUTF8 (installed.empty() ? built : installed.c_str());
     }
 
     void pumpMessages (int milliseconds = 20)
@@ -445,9 +454,24 @@ TEST_P (HostedPlugin, FollowsTheHostsScale)
     pumpMessages();
 }
 
+#ifdef QUORLANE_LV2_DIR
+// JUCE's LV2 host loads the system's folders before the build's, so a
+// Quorlane installed there (by the .deb, `make install` or install.sh
+// --system) would be tested in place of the one just built.
+TEST (HostedLv2Build, IsNotShadowedByAnInstalledCopy)
+{
+    if (! environmentVariable ("QUORLANE_LV2_FOLDER").empty())
+        GTEST_SKIP() << "testing an installed copy";
+
+    for (const auto* folder : { "/usr/lib/lv2", "/usr/local/lib/lv2", "/usr/lib64/lv2", "/usr/local/lib64/lv2" })
+        EXPECT_FALSE (juce::File (folder).getChildFile ("Quorlane.lv2").exists())
+            << "Quorlane is installed in " << folder << "; remove it (apt-get remove quorlane, or sudo make uninstall) to test the build";
+}
+#endif
+
 INSTANTIATE_TEST_SUITE_P (Formats, HostedPlugin,
     ::testing::Values (
-        Format { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, QUORLANE_VST3_PATH }
+        Format { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, pluginLocation ("QUORLANE_VST3_PLUGIN", QUORLANE_VST3_PATH) }
 #ifdef QUORLANE_LV2_DIR // built where LV2 hosts run
         , Format { "LV2", [] {
             // The format loads every bundle under ~/.lv2 too, where an
@@ -459,7 +483,7 @@ INSTANTIATE_TEST_SUITE_P (Formats, HostedPlugin,
             setenv ("HOME", emptyHome.getFile().getFullPathName().toRawUTF8(), 1);
             auto format = std::make_unique<juce::LV2PluginFormat>();
             setenv ("HOME", home.toRawUTF8(), 1);
-            format->searchPathsForPlugins (juce::FileSearchPath (QUORLANE_LV2_DIR), true, false);
+            format->searchPathsForPlugins (juce::FileSearchPath (pluginLocation ("QUORLANE_LV2_FOLDER", QUORLANE_LV2_DIR)), true, false);
             return std::unique_ptr<juce::AudioPluginFormat> (std::move (format));
         }, "urn:orlo:quorlane" }
 #endif

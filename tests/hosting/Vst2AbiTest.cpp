@@ -44,6 +44,14 @@ namespace
 
     constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32;
 
+    // The build's own plug-in, or an installed copy named by
+    // QUORLANE_VST2_PLUGIN: the package tests load what each install put in place.
+    std::string pluginPath()
+    {
+        const auto installed = environmentVariable ("QUORLANE_VST2_PLUGIN");
+        return installed.empty() ? QUORLANE_VST2_PATH : installed;
+    }
+
     intptr_t host (Effect*, int32_t opcode, int32_t, intptr_t, void*, float)
     {
         return opcode == 1 ? 2400 : 0; // audioMasterVersion
@@ -92,7 +100,7 @@ namespace
 
         void setChunk (const std::string& chunk) { call (effSetChunk, 0, (intptr_t) chunk.size(), const_cast<char*> (chunk.data())); }
 
-        const SharedLibrary library { QUORLANE_VST2_PATH };
+        const SharedLibrary library { pluginPath().c_str() };
         Effect* effect = nullptr;
     };
 

@@ -4,14 +4,24 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <iterator>
 #include <new>
 
-// This binary replaces the global allocation functions and wraps
-// pthread_mutex_lock and write(); each counts only on a thread that asked to
-// be watched, and then does what the original would.
+// This binary replaces the C library's allocation functions (or, under a
+// sanitizer, whose runtime owns them, the global operators new and delete)
+// and wraps pthread_mutex_lock and write(); each counts only on a thread that
+// asked to be watched, and then does what the original would. Counting at the
+// C library also sees the plug-in libraries loaded into the process, which
+// carry their own C++ runtime.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+ #define QUORLANE_COUNT_OPERATOR_NEW 1
+#else
+ #define QUORLANE_COUNT_OPERATOR_NEW 0
+#endif
+
 namespace
 {
 thread_local bool watched = false, recording = false;
@@ -40,7 +50,7 @@ Function next (const char* name)
 
 void* allocate (std::size_t size, std::size_t alignment = 0)
 {
-    if (watched)
+    if (QUORLANE_COUNT_OPERATOR_NEW && watched)
         ++allocations;
 
     void* p = alignment > alignof (std::max_align_t) ? std::aligned_alloc (alignment, (size + alignment - 1) / alignment * alignment)
@@ -54,12 +64,55 @@ void* allocate (std::size_t size, std::size_t alignment = 0)
 
 void release (void* p) noexcept
 {
-    if (watched && p != nullptr)
+    if (QUORLANE_COUNT_OPERATOR_NEW && watched && p != nullptr)
         ++allocations;
 
     std::free (p);
 }
+
+void countHeapCall() noexcept
+{
+    if (watched)
+        ++allocations;
 }
+}
+
+#if ! QUORLANE_COUNT_OPERATOR_NEW
+extern "C"
+{
+void* __libc_malloc (size_t);
+void* __libc_calloc (size_t, size_t);
+void* __libc_realloc (void*, size_t);
+void* __libc_memalign (size_t, size_t);
+void __libc_free (void*);
+
+void* malloc (size_t size) { countHeapCall(); return __libc_malloc (size); }
+void* calloc (size_t count, size_t size) { countHeapCall(); return __libc_calloc (count, size); }
+void* realloc (void* p, size_t size) { countHeapCall(); return __libc_realloc (p, size); }
+void* memalign (size_t alignment, size_t size) { countHeapCall(); return __libc_memalign (alignment, size); }
+void* aligned_alloc (size_t alignment, size_t size) { countHeapCall(); return __libc_memalign (alignment, size); }
+void free (void* p)
+{
+    if (p != nullptr)
+        countHeapCall();
+
+    __libc_free (p);
+}
+
+int posix_memalign (void** result, size_t alignment, size_t size)
+{
+    countHeapCall();
+
+    if (auto* p = __libc_memalign (alignment, size))
+    {
+        *result = p;
+        return 0;
+    }
+
+    return ENOMEM;
+}
+}
+#endif
 
 AudioThreadCounters::Watch::Watch() { watched = true; }
 AudioThreadCounters::Watch::~Watch() { watched = false; }
