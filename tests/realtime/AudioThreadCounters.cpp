@@ -69,7 +69,11 @@ void release (void* p) noexcept
 
     std::free (p);
 }
+}
 
+#if ! QUORLANE_COUNT_OPERATOR_NEW
+namespace
+{
 void countHeapCall() noexcept
 {
     if (watched)
@@ -77,7 +81,6 @@ void countHeapCall() noexcept
 }
 }
 
-#if ! QUORLANE_COUNT_OPERATOR_NEW
 extern "C"
 {
 void* __libc_malloc (size_t);
