@@ -47,7 +47,8 @@ release: deps $(RELEASE_DIR)/build.ninja
 	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone quorlane-render
 
 # Every test suite, under a virtual display so editor tests can open windows,
-# then a short run of each fuzzer.
+# then a short run of each fuzzer. The DAW suite runs the plug-in in Ardour.
+test: DEBIAN_PACKAGES += ardour
 test: debug
 	cd $(DEBUG_DIR) && xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j 1
 	@$(MAKE) --no-print-directory fuzz
