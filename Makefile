@@ -10,12 +10,14 @@ TSAN_DIR := build/tsan
 export CCACHE_BASEDIR := $(CURDIR)
 export CCACHE_NOHASHDIR := true
 
-DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modules-source \
+DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modules-source libstb-dev \
 	fst-dev lv2-dev libgtest-dev libbenchmark-dev xvfb xauth clang
 
 ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
+VERSION := $(shell sed -n 's/^project.Quorlane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 
-.PHONY: all deps debug release test fuzz demo install bench art clean windows windows-test windows-bench sanitize fuzz-long
+.PHONY: all deps debug release test fuzz demo install uninstall install-user deb dist-linux package-test \
+	bench art clean windows windows-test windows-bench sanitize fuzz-long
 
 all: release
 
@@ -42,10 +44,11 @@ debug: deps $(DEBUG_DIR)/build.ninja
 	cmake --build $(DEBUG_DIR) -j $(JOBS)
 
 release: deps $(RELEASE_DIR)/build.ninja
-	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone quorlane-render
 
 # Every test suite, under a virtual display so editor tests can open windows,
-# then a short run of each fuzzer.
+# then a short run of each fuzzer. The DAW suite runs the plug-in in Ardour.
+test: DEBIAN_PACKAGES += ardour
 test: debug
 	cd $(DEBUG_DIR) && xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j 1
 	@$(MAKE) --no-print-directory fuzz
@@ -91,23 +94,69 @@ fuzz-long: deps $(FUZZ_DIR)/build.ninja
 		./$$name -runs=10000000 -max_total_time=1200 -print_final_stats=1 \
 			$$name-corpus $(CURDIR)/tests/corpus/$${f##*:} || exit 1; done
 
-install: release
+# `make install` and `make uninstall`, as packagers know them: what `make
+# release` built (never building it here, so that `sudo make install` runs no
+# compiler as root), below DESTDIR, in the folders named here.
+PREFIX ?= /usr/local
+BINDIR ?= $(PREFIX)/bin
+DATADIR ?= $(PREFIX)/share
+MANDIR ?= $(DATADIR)/man
+DOCDIR ?= $(DATADIR)/doc/quorlane
+LV2_DIR ?= $(PREFIX)/lib/lv2
+VST3_DIR ?= $(PREFIX)/lib/vst3
+VST2_DIR ?= $(PREFIX)/lib/lxvst
+CLAP_DIR ?= $(PREFIX)/lib/clap
+INSTALL_FILES := DESTDIR="$(DESTDIR)" BINDIR="$(BINDIR)" DATADIR="$(DATADIR)" MANDIR="$(MANDIR)" DOCDIR="$(DOCDIR)" \
+	LV2_DIR="$(LV2_DIR)" VST3_DIR="$(VST3_DIR)" VST2_DIR="$(VST2_DIR)" CLAP_DIR="$(CLAP_DIR)" tools/linux/install-files.sh
+
+install:
+	@$(INSTALL_FILES) install $(RELEASE_DIR)
+	@echo "Installed Quorlane $(VERSION): plug-ins in $(DESTDIR)$(LV2_DIR), $(DESTDIR)$(VST3_DIR) and $(DESTDIR)$(VST2_DIR);" \
+		"quorlane and quorlane-render in $(DESTDIR)$(BINDIR)."
+
+uninstall:
+	@$(INSTALL_FILES) uninstall $(RELEASE_DIR)
+	@echo "Removed Quorlane from $(DESTDIR)$(PREFIX)."
+
+# The release build, installed for the current user where Linux hosts look.
+install-user: release
 	@mkdir -p $(HOME)/.vst $(HOME)/.vst3 $(HOME)/.lv2
 	@install -m 755 $(ARTEFACTS)/VST/Quorlane.so $(HOME)/.vst/Quorlane.so
 	@rm -rf $(HOME)/.vst3/Quorlane.vst3 $(HOME)/.lv2/Quorlane.lv2
 	@cp -R $(ARTEFACTS)/VST3/Quorlane.vst3 $(HOME)/.vst3/
 	@cp -R $(ARTEFACTS)/LV2/Quorlane.lv2 $(HOME)/.lv2/
+	@if [ -e $(ARTEFACTS)/CLAP/Quorlane.clap ]; then \
+		mkdir -p $(HOME)/.clap && install -m 644 $(ARTEFACTS)/CLAP/Quorlane.clap $(HOME)/.clap/Quorlane.clap; fi
 	@echo
 	@echo "Installed Quorlane for $$(id -un):"
 	@echo "  VST 2.4  $(HOME)/.vst/Quorlane.so"
 	@echo "  VST3     $(HOME)/.vst3/Quorlane.vst3"
 	@echo "  LV2      $(HOME)/.lv2/Quorlane.lv2   (URI urn:orlo:quorlane)"
+	@if [ -e $(ARTEFACTS)/CLAP/Quorlane.clap ]; then echo "  CLAP     $(HOME)/.clap/Quorlane.clap"; fi
 	@echo "  App      $(ARTEFACTS)/Standalone/Quorlane"
 	@echo "Rescan plug-ins in your DAW (Ardour, Reaper, Bitwig) and insert \"Quorlane\" on a stereo track or bus."
 
-# The plug-ins installed, and the renderer's demo in demo/.
-demo: install
-	cmake --build $(RELEASE_DIR) -j $(JOBS) --target quorlane-render
+# dist/quorlane_<version>_amd64.deb, made with dpkg-deb (see docs/packaging.md).
+deb: DEBIAN_PACKAGES += dpkg-dev
+deb: release
+	tools/linux/make-deb.sh $(RELEASE_DIR) dist
+
+# dist/Quorlane-<version>-linux-x64.tar.gz, with its own install.sh.
+dist-linux: release
+	tools/linux/pack-tarball.sh $(RELEASE_DIR) dist
+
+# Every Linux install route tried for real: `make install` into a staging
+# folder, the .deb installed and removed with apt-get, the tarball's
+# install.sh for a user and for the system, with hosts loading what each put
+# in place (installs system-wide: run as root, or with sudo at hand).
+PACKAGE_TEST_PACKAGES := dpkg-dev lintian lilv-utils man-db
+package-test: DEBIAN_PACKAGES += $(PACKAGE_TEST_PACKAGES)
+package-test: deb dist-linux $(DEBUG_DIR)/build.ninja
+	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane_vst2_abi_tests quorlane_host_tests
+	tools/linux/package-test.sh $(RELEASE_DIR) $(DEBUG_DIR) dist
+
+# The plug-ins installed for the current user, and the renderer's demo in demo/.
+demo: install-user
 	@tools/render-demo.sh $(RELEASE_DIR)/bin/quorlane-render demo
 
 bench: deps
@@ -115,12 +164,12 @@ bench: deps
 	cmake --build $(RELEASE_DIR) -j $(JOBS) --target quorlane_bench
 	$(RELEASE_DIR)/bench/quorlane_bench --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 
-# Redraws the editor's images and skin.xml into resources/ (they are committed)
-# and leaves a picture of the assembled panel in build/debug/panel-preview.png.
+# Redraws the editor's images and skin.xml into resources/ and the
+# application's icons into packaging/linux/icons/ (all committed), and leaves a picture of the assembled panel in build/debug/panel-preview.png.
 art: DEBIAN_PACKAGES += fonts-urw-base35
 art: deps $(DEBUG_DIR)/build.ninja
 	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane-art
-	$(DEBUG_DIR)/bin/quorlane-art resources --preview $(DEBUG_DIR)/panel-preview.png
+	$(DEBUG_DIR)/bin/quorlane-art resources --preview $(DEBUG_DIR)/panel-preview.png --icons packaging/linux/icons
 
 # Windows x64, cross-built with MinGW-w64 in one release tree (no LTO) that
 # holds both what the zip ships and the test suites, which run under Wine.

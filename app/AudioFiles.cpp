@@ -1,5 +1,8 @@
 #include "AudioFiles.h"
 
+#if QUORLANE_COMPRESSED_AUDIO_FORMATS
+ #include "CompressedAudioFormats.h"
+#endif
 #include "RenderErrors.h"
 #include "SafeOutputFile.h"
 
@@ -24,7 +27,15 @@ namespace
 
 AudioFiles::AudioFiles()
 {
-    formats.registerBasicFormats();
+    registerFormats (formats);
+}
+
+void AudioFiles::registerFormats (juce::AudioFormatManager& manager)
+{
+    manager.registerBasicFormats();
+#if QUORLANE_COMPRESSED_AUDIO_FORMATS
+    addCompressedAudioFormats (manager);
+#endif
 }
 
 juce::String AudioFiles::inputFormatNames() const

@@ -4,8 +4,8 @@
 
 #include <memory>
 
-// The audio file formats the renderer reads (JUCE's basic ones this build
-// has: WAV, AIFF, and on Linux FLAC and Ogg Vorbis) and writes (WAV, AIFF and
+// The audio file formats the renderer reads (WAV and AIFF, and on Linux
+// FLAC and Ogg Vorbis) and writes (WAV, AIFF and
 // FLAC where built, 24-bit stereo). Every failure throws with a message that
 // names the file.
 class AudioFiles
@@ -14,6 +14,9 @@ public:
     static constexpr int outputBits = 24;
 
     AudioFiles();
+
+    // Every format this build reads, in the order the help names them.
+    static void registerFormats (juce::AudioFormatManager& manager);
 
     // "WAV, AIFF, FLAC or Ogg Vorbis", as far as this build reads them.
     juce::String inputFormatNames() const;

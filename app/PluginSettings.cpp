@@ -38,11 +38,11 @@ void applySettings (Quorlane& plugin, const PluginSettings& settings)
         if (parameter == nullptr)
             throw UsageError (unknownParameterMessage (plugin, value.name).toStdString());
 
-        parameter->setNormalisedValue (value.normalised, true);
+        parameter->setNormalisedValue (value.normalised, ChangeOrigin::restore);
     }
 
     if (auto* quality = plugin.getParameterManager().findParameter ("Quality"))
-        quality->setNormalisedValue ((float) settings.qualityStep * CorvelleEffect::qualityStepSize, true);
+        quality->setNormalisedValue ((float) settings.qualityStep * CorvelleEffect::qualityStepSize, ChangeOrigin::restore);
 }
 
 juce::String describeParameters (const Quorlane& plugin)

@@ -122,7 +122,7 @@ namespace
     {
         for (int i = 0; i < PresetRecord::numValues; ++i)
             if (auto* p = plugin.getPluginParameter ((uint32_t) (BasePluginOldStyle::firstPresetableIndex + i)))
-                p->setNormalisedValue (record.values[(size_t) i], true);
+                p->setNormalisedValue (record.values[(size_t) i], ChangeOrigin::preset);
     }
 
     // The file's values over the defaults, like a factory preset over nothing.

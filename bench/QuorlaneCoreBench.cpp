@@ -29,7 +29,7 @@ public:
             x = dist (random) * scale;
 
         core.prepare (sampleRate, blockSize);
-        core.setQuality (quality);
+        core.postQuality (quality);
     }
 
     // One host block of noise, or of silence.

@@ -10,11 +10,6 @@ set(QUORLANE_FORMATS VST VST3 Standalone)
 # (and symbols are stripped: the zip stays small).
 add_link_options(-static -s)
 
-# Debian has no MinGW builds of FLAC or Ogg Vorbis: this build reads and writes
-# WAV and AIFF only.
-add_library(quorlane_audio_codecs INTERFACE)
-target_compile_definitions(quorlane_audio_codecs INTERFACE JUCE_USE_FLAC=0 JUCE_USE_OGGVORBIS=0)
-
 # Nor of libpng or libjpeg: JUCE's PNG and JPEG formats run on stb_image and
 # stb_image_write instead, behind the two libraries' own interfaces.
 find_library(QUORLANE_MINGW_ZLIB NAMES libz.a REQUIRED)

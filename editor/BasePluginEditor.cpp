@@ -179,7 +179,7 @@ juce::String BasePluginEditor::getValueText (const Parameter& parameter) const
 void BasePluginEditor::commitDisplayText (GFXDisplay& display, const juce::String& text)
 {
     if (auto* p = display.getParameter())
-        p->setText (text, true);
+        p->setText (text, ChangeOrigin::editor);
 }
 
 //==============================================================================

@@ -115,7 +115,7 @@ void GUIController::setParameterFromUser (float normalisedValue)
     if (parameter == nullptr)
         return;
 
-    parameter->setNormalisedValue (normalisedValue, true);
+    parameter->setNormalisedValue (normalisedValue, ChangeOrigin::editor);
     reportMovement();
 }
 

@@ -47,7 +47,7 @@ void MusicKeyboard::handleNoteOn (juce::MidiKeyboardState*, int, int note, float
     if (showing || p == nullptr)
         return;
 
-    p->setIntValue (note, true);
+    p->setIntValue (note, ChangeOrigin::editor);
     reportMovement();
 
     // The clicked key stays down only while held; the parameter's key shows after.

@@ -29,7 +29,7 @@ QualitySettingsPage::QualitySettingsPage (CorvelleEffect& e)
     currentQuality.onChange = [this]
     {
         if (quality != nullptr && currentQuality.getSelectedId() > 0)
-            quality->setNormalisedValue ((float) (currentQuality.getSelectedId() - 1) * CorvelleEffect::qualityStepSize, true);
+            quality->setNormalisedValue ((float) (currentQuality.getSelectedId() - 1) * CorvelleEffect::qualityStepSize, ChangeOrigin::editor);
     };
 
     addAndMakeVisible (defaultQuality);

@@ -3,46 +3,34 @@
 #include "QuorlaneCore.h"
 #include "QuorlaneParameterText.h"
 
-#include "framework/AudioCallbackScope.h"
+#include "editor/QuorlaneEditor.h"
 #include "framework/FloatParameter.h"
 
 Quorlane::Quorlane()
 {
-    // "Decay Time" is the plug-in's own output: publishing it tells its
-    // deferred listeners (the editor) and need not run the chain again.
-    if (auto* decayTime = getPluginParameter (decayTimeIndex))
-        decayTime->removeImmediateListener (this);
-
     initialise();
     publishDecayTime();
 }
 
-Quorlane::~Quorlane() = default;
+Quorlane::~Quorlane()
+{
+    stopMessageThreadPoll();
+}
 
 std::unique_ptr<CorvelleEffect::Core> Quorlane::createCore()
 {
     return std::make_unique<QuorlaneCore>();
 }
 
-void Quorlane::parameterChanged (Parameter& parameter)
+juce::AudioProcessorEditor* Quorlane::createEditor()
 {
-    CorvelleEffect::parameterChanged (parameter);
-
-    if (! QuorlaneCore::affectsDecayEstimate (parameter.getIndex()))
-        return;
-
-    if (AudioCallbackScope::isActive())
-        decayStale.store (true, std::memory_order_relaxed);
-    else
-        publishDecayTime();
+    return new QuorlaneEditor (*this);
 }
 
-void Quorlane::processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages)
+void Quorlane::pollMessageThread()
 {
-    if (decayStale.exchange (false, std::memory_order_relaxed))
-        publishDecayTime();
-
-    CorvelleEffect::processBlock (buffer, midiMessages);
+    publishDecayTime();
+    CorvelleEffect::pollMessageThread();
 }
 
 void Quorlane::prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock)
@@ -52,9 +40,7 @@ void Quorlane::prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBl
     publishDecayTime();
 }
 
-// From the parameters' values, on whichever thread changed one of them; the
-// core keeps no say in it, so nothing waits for the core to take the change.
-void Quorlane::publishDecayTime()
+double Quorlane::estimateDecaySeconds() const
 {
     std::array<double, QuorlaneMapping::parameterCount> values = QuorlaneMapping::defaultValues;
 
@@ -62,11 +48,15 @@ void Quorlane::publishDecayTime()
         if (const auto* p = getPluginParameter (i))
             values[i] = juce::jlimit (0.0, 1.0, (double) p->getNormalisedValue());
 
-    const double seconds = QuorlaneCore::estimateDecaySeconds (values, decayRate.load());
-    decaySeconds.store (seconds);
+    return QuorlaneCore::estimateDecaySeconds (values, decayRate.load());
+}
 
+// Unchanged values leave the parameter alone, so the poll tells the editor
+// only of real changes.
+void Quorlane::publishDecayTime()
+{
     if (auto* decayTime = getPluginParameter (decayTimeIndex))
-        decayTime->setValue ((float) seconds, true);
+        decayTime->setValue ((float) estimateDecaySeconds(), ChangeOrigin::internal);
 }
 
 juce::String Quorlane::getParameterDisplayText (int index, float normalisedValue) const
@@ -83,7 +73,7 @@ juce::String Quorlane::getParameterDisplayText (int index, float normalisedValue
 
 double Quorlane::getTailLengthSeconds() const
 {
-    return juce::jlimit (0.0, 1000.0, decaySeconds.load());
+    return juce::jlimit (0.0, 1000.0, estimateDecaySeconds());
 }
 
 juce::AudioProcessor* JUCE_CALLTYPE createPluginFilter()

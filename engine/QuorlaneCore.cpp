@@ -226,7 +226,7 @@ void QuorlaneCore::recomputeAll() noexcept
         s->value = s->target;
 }
 
-void QuorlaneCore::setParameter (std::uint32_t index, float normalisedValue)
+void QuorlaneCore::setParameter (std::uint32_t index, float normalisedValue) noexcept
 {
     if (index >= parameterCount)
         return;
@@ -368,7 +368,7 @@ double QuorlaneCore::estimateDecaySeconds (const std::array<double, parameterCou
     return (r * predelayLength + d) / (r * 44100.0);
 }
 
-void QuorlaneCore::setQuality (unsigned q)
+void QuorlaneCore::setQuality (unsigned q) noexcept
 {
     if (q <= 3)
         quality = q;
@@ -603,8 +603,13 @@ void QuorlaneCore::processMonoBlock (int offset) noexcept
 
 void QuorlaneCore::advanceMixers() noexcept
 {
+    // The new preset's values arrive through the inbox like any other
+    // change, and are taken here, in the silence, rather than a block later.
     if (fade.isActive() && fade.advance (rate.sampleRate) && presetChangeTarget != nullptr)
+    {
         presetChangeTarget->applyPendingPresetChange();
+        inbox.deliverTo (*this);
+    }
 
     crossFadeMix.advance (rate.smoothing);
     wetMix.advance (rate.smoothing);

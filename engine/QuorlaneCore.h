@@ -5,10 +5,10 @@
 #include "engine/DelayElementBank.h"
 #include "engine/QuorlaneMapping.h"
 #include "engine/StereoBiquadFilter.h"
-#include "framework/CorvelleEffectCore.h"
-#include "framework/MeterHandOver.h"
-#include "framework/ParameterInbox.h"
-#include "framework/PresetFade.h"
+#include "engine/CorvelleEffectCore.h"
+#include "engine/MeterHandOver.h"
+#include "engine/ParameterInbox.h"
+#include "engine/PresetFade.h"
 
 #include <array>
 #include <atomic>
@@ -51,22 +51,16 @@ public:
 
     explicit QuorlaneCore (Instructions instructions = Instructions::best);
 
-    void beginPresetChange() override { fade.begin(); }
     void postParameter (std::uint32_t index, float normalisedValue) noexcept override { inbox.postParameter (index, normalisedValue); }
     void postQuality (unsigned q) noexcept override { inbox.postQuality (q); }
     void postPresetChange() noexcept override { inbox.postPresetChange(); }
-    void setTempo (double) override {}
-    void clockEvent (int, const Clock&) override {}
     void setPresetChangeTarget (PresetChangeTarget* target) noexcept override { presetChangeTarget = target; }
     bool isPresetFadeActive() const noexcept override { return fade.isActive(); }
     void requestMeters() noexcept override { meters.request(); }
     bool takeMeters (float& left, float& right) noexcept override { return meters.take (left, right); }
-    void peekMeters (float& left, float& right) const noexcept { meters.peek (left, right); }
 
     void reset() override;
     void prepare (double sampleRate, int maximumBlockSize) override;
-    void setParameter (std::uint32_t index, float normalisedValue) override;
-    void setQuality (unsigned quality) override;
     int getLatency() const override { return blockSize; }
     void process (const float* const* inputs, float* const* outputs, int numSamples) override;
     void processMono (float* const* channels, int numSamples) override;
@@ -75,20 +69,19 @@ public:
     static double estimateDecaySeconds (const std::array<double, QuorlaneMapping::parameterCount>& values,
                                         double sampleRate) noexcept;
 
-    // Whether the value at this index is one of the estimate's inputs.
-    static constexpr bool affectsDecayEstimate (std::uint32_t index) noexcept
-    {
-        using namespace QuorlaneMapping;
-        constexpr std::uint32_t inputs = (1u << earlySize) | (1u << earlyDiffusion) | (1u << lateSize)
-                                       | (1u << lateDiffusion) | (1u << lateFeedback) | (1u << crossFade)
-                                       | (1u << modulation) | (1u << predelay);
-        return index < 32 && ((inputs >> index) & 1u) != 0;
-    }
-
     unsigned getQuality() const noexcept { return quality; }
     const RateConstants& getRateConstants() const noexcept { return rate; }
 
 private:
+    // What the inbox hands over, on the engine's own thread. A setting is
+    // worked out by the same instructions in every build of the inner loops
+    // (never folded into the wide build's kernel), so both builds start from
+    // the same coefficients.
+    friend class ParameterInbox;
+    __attribute__ ((noinline)) void setParameter (std::uint32_t index, float normalisedValue) noexcept;
+    void setQuality (unsigned quality) noexcept;
+    void beginPresetChange() noexcept { fade.begin(); }
+
     struct Smoothed
     {
         double value = 0.0, target = 0.0;

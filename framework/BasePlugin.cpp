@@ -5,12 +5,10 @@
 #include "UserSettingsFolder.h"
 #include "XmlReading.h"
 
+#include <mutex>
+
 namespace
 {
-    // The index a host call is currently setting on this thread, so that the
-    // change is not echoed back to the host that made it.
-    thread_local int indexBeingSetByHost = -1;
-
     juce::String identifierFor (const juce::String& name, int index)
     {
         juce::String id;
@@ -37,28 +35,42 @@ namespace
     }
 }
 
-// Runs the plug-in's poll on the message thread. An instance built elsewhere
-// (the renderer's workers) has no message loop to run it and none to report to.
+// Runs the plug-in's poll on whichever thread runs JUCE's message loop: a
+// timer may be started from any thread, and its callbacks come on the message
+// thread even when that thread changes (a VST3 host on Linux hands it from
+// the wrapper's own thread to its GUI thread once an editor opens).
 class BasePlugin::MessageThreadPoll : private juce::Timer
 {
 public:
-    explicit MessageThreadPoll (BasePlugin& o) : owner (o)
+    explicit MessageThreadPoll (BasePlugin& o) : owner (&o)
     {
-        if (juce::MessageManager::existsAndIsCurrentThread())
-        {
-            o.pollThread = juce::Thread::getCurrentThreadId();
-            startTimer (intervalMilliseconds);
-        }
+        startTimer (intervalMilliseconds);
     }
 
     ~MessageThreadPoll() override { stopTimer(); }
 
+    // After this no callback reaches the owner: one under way on the message
+    // thread is waited for.
+    void detach()
+    {
+        stopTimer();
+        const std::lock_guard<std::mutex> lock (callbackLock);
+        owner = nullptr;
+    }
+
 private:
     static constexpr int intervalMilliseconds = 20;
 
-    void timerCallback() override { owner.pollMessageThread(); }
+    void timerCallback() override
+    {
+        const std::lock_guard<std::mutex> lock (callbackLock);
 
-    BasePlugin& owner;
+        if (owner != nullptr)
+            owner->pollMessageThread();
+    }
+
+    BasePlugin* owner;
+    std::mutex callbackLock;
 };
 
 BasePlugin::BasePlugin()
@@ -68,12 +80,11 @@ BasePlugin::BasePlugin()
     parameterManager.load ("parameters.xml");
     createHostParameters();
     buildEventRegistry();
-    messageThreadPoll = std::make_unique<MessageThreadPoll> (*this);
 }
 
 BasePlugin::~BasePlugin()
 {
-    messageThreadPoll.reset();
+    stopMessageThreadPoll();
 
     for (auto* p : parameterManager.getAllParameters())
         p->removeImmediateListener (this);
@@ -97,13 +108,21 @@ void BasePlugin::parameterAdded (Parameter& parameter)
     parameter.addImmediateListener (this);
 }
 
-void BasePlugin::parameterChanged (Parameter& parameter)
+// Every change of every parameter comes through here, from any thread: the
+// host hears of it unless it made it, the engine gets the value in its inbox,
+// the preset manager sees what concerns it, and the parameter's deferred
+// listeners wait for the poll. Nothing on this path posts, waits or
+// allocates, except what the preset manager does for the editor's changes.
+void BasePlugin::parameterChanged (Parameter& parameter, ChangeOrigin origin)
 {
     const auto index = (int) parameter.getIndex();
 
-    if (index < hostParameterCount && index != indexBeingSetByHost)
+    if (index < hostParameterCount && origin != ChangeOrigin::host)
         if (auto* hostParameter = hostParameters[(size_t) index])
             hostParameter->sendValueChangedMessageToListeners (parameter.getNormalisedValue());
+
+    postToEngine (parameter);
+    presetParameterChanged (parameter, origin);
 }
 
 juce::String BasePlugin::getHostParameterName (int index) const
@@ -152,12 +171,7 @@ void BasePlugin::setHostParameterValue (int index, float normalisedValue)
         return;
 
     if (auto* p = getPluginParameter ((uint32_t) index))
-    {
-        const auto previous = indexBeingSetByHost;
-        indexBeingSetByHost = index;
-        p->setNormalisedValue (normalisedValue, true);
-        indexBeingSetByHost = previous;
-    }
+        p->setNormalisedValue (normalisedValue, ChangeOrigin::host);
     else
     {
         fallbackValues[(size_t) index].store (juce::jlimit (0.0f, 1.0f, normalisedValue));
@@ -172,7 +186,7 @@ float BasePlugin::getHostParameterValueForText (int index, const juce::String& t
         return juce::jlimit (0.0f, 1.0f, text.getFloatValue());
 
     auto scratch = p->clone();
-    scratch->setText (text, false);
+    scratch->setText (text, ChangeOrigin::quiet);
     return scratch->getNormalisedValue();
 }
 
@@ -184,7 +198,7 @@ juce::String BasePlugin::getParameterDisplayText (int index, float normalisedVal
         return {};
 
     auto scratch = p->clone();
-    scratch->setNormalisedValue (normalisedValue, false);
+    scratch->setNormalisedValue (normalisedValue, ChangeOrigin::quiet);
     return scratch->getText();
 }
 
@@ -348,17 +362,32 @@ void BasePlugin::handleControllerMessage (const juce::MidiMessage& message)
 
 int BasePlugin::getNumPresets() const { return 0; }
 
-void BasePlugin::pollIfOnMessageThread()
+void BasePlugin::startMessageThreadPoll()
 {
-    if (pollThread.load() == juce::Thread::getCurrentThreadId())
-        pollMessageThread();
+    if (messageThreadPoll == nullptr && juce::MessageManager::getInstanceWithoutCreating() != nullptr)
+        messageThreadPoll = std::make_unique<MessageThreadPoll> (*this);
+}
+
+// Off the message thread a timer callback may already be on its way into the
+// poll object (JUCE calls timers outside its timer lock), so the detached
+// object is deleted on the message thread, after anything already under way.
+void BasePlugin::stopMessageThreadPoll()
+{
+    if (messageThreadPoll == nullptr)
+        return;
+
+    messageThreadPoll->detach();
+    auto* messageManager = juce::MessageManager::getInstanceWithoutCreating();
+
+    if (messageManager == nullptr || messageManager->isThisTheMessageThread())
+        messageThreadPoll.reset();
+    else
+        juce::MessageManager::callAsync ([poll = std::shared_ptr<MessageThreadPoll> (messageThreadPoll.release())] {});
 }
 
 void BasePlugin::pollMessageThread()
 {
-    for (auto* p : parameterManager.getAllParameters())
-        p->flushDeferredNotification();
-
+    parameterManager.flushDeferredNotifications();
     midiControl.pollMessageThread();
 }
 

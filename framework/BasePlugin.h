@@ -17,7 +17,7 @@ class HostParameter;
 // twenty indices are the host's; the rest are internal), and builds and
 // restores the state chunk that the host keeps with a project.
 class BasePlugin : public juce::AudioProcessor,
-                   public Parameter::Listener,
+                   private Parameter::ImmediateListener,
                    private ParameterManager::Listener
 {
 public:
@@ -114,25 +114,37 @@ public:
     void getStateInformation (juce::MemoryBlock& destData) override;
     void setStateInformation (const void* data, int sizeInBytes) override;
 
-    void parameterChanged (Parameter& parameter) override;
-
 protected:
+    // Steps of the route every parameter change takes (see parameterChanged),
+    // each filled in by the one class of the chain that owns what it feeds.
+    // They run on the thread that made the change: nothing in them may wait
+    // or allocate unless the origin says the change came from the editor.
+    virtual void postToEngine (const Parameter&) noexcept {}
+    virtual void presetParameterChanged (const Parameter&, ChangeOrigin) {}
+
     // Offered each child of a restored PluginState in document order; returns
     // true when the element was taken.
     virtual bool restoreStateElement (const juce::XmlElement& element);
 
-    // Message thread, a few dozen times a second: carries out what changes
-    // made on other threads left to do here (deferred parameter
-    // notifications, the controller map's reports). Each class of the chain
-    // does its share, then calls its base.
+    // Message thread, fifty times a second: carries out what changes made on
+    // any thread left to do here (deferred parameter notifications, the
+    // controller map's reports). Each class of the chain does its share, then
+    // calls its base. It allocates nothing when nothing is pending.
     virtual void pollMessageThread();
 
-    // Polls at once when called on the thread that runs the poll.
-    void pollIfOnMessageThread();
+    // The poll runs wherever JUCE's message loop runs, which in a plug-in
+    // wrapper is rarely the thread that made the instance. The product
+    // starts it once it is built and stops it first thing when it is
+    // destroyed; without a message manager (a renderer's worker) there is
+    // nothing to start.
+    void startMessageThreadPoll();
+    void stopMessageThreadPoll();
 
 private:
     class MessageThreadPoll;
 
+    // The router: every change of every parameter, with its origin.
+    void parameterChanged (Parameter& parameter, ChangeOrigin origin) override;
     void parameterAdded (Parameter& parameter) override;
     void createHostParameters();
     void buildEventRegistry();
@@ -145,7 +157,6 @@ private:
     std::array<HostParameter*, hostParameterCount> hostParameters {};
     EventRegistry eventRegistry;
     std::unique_ptr<MessageThreadPoll> messageThreadPoll;
-    std::atomic<juce::Thread::ThreadID> pollThread { nullptr };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (BasePlugin)
 };

@@ -19,31 +19,31 @@ bool BoolParameter::getBoolValue() const { return value.load(); }
 juce::String BoolParameter::getText() const { return value.load() ? "true" : "false"; }
 
 // Values in the upper half of 0..1 (the midpoint included) are on; NaN is off.
-void BoolParameter::setValue (float newValue, bool notify)
+void BoolParameter::setValue (float newValue, ChangeOrigin origin)
 {
-    setBoolValue (clampToRange (newValue, 0.0f, 1.0f) >= 0.5f, notify);
+    setBoolValue (clampToRange (newValue, 0.0f, 1.0f) >= 0.5f, origin);
 }
 
-void BoolParameter::setNormalisedValue (float newValue, bool notify) { setValue (newValue, notify); }
+void BoolParameter::setNormalisedValue (float newValue, ChangeOrigin origin) { setValue (newValue, origin); }
 
-void BoolParameter::setIntValue (int newValue, bool notify) { setBoolValue (newValue != 0, notify); }
+void BoolParameter::setIntValue (int newValue, ChangeOrigin origin) { setBoolValue (newValue != 0, origin); }
 
-void BoolParameter::setBoolValue (bool newValue, bool notify)
+void BoolParameter::setBoolValue (bool newValue, ChangeOrigin origin)
 {
     if (value.exchange (newValue) != newValue)
-        notifyChange (notify);
+        notifyChange (origin);
 }
 
-void BoolParameter::setText (const juce::String& text, bool notify)
+void BoolParameter::setText (const juce::String& text, ChangeOrigin origin)
 {
     const auto word = text.trim();
 
     if (word.equalsIgnoreCase ("true") || word.equalsIgnoreCase ("yes") || word.equalsIgnoreCase ("on"))
-        setBoolValue (true, notify);
+        setBoolValue (true, origin);
     else if (word.equalsIgnoreCase ("false") || word.equalsIgnoreCase ("no") || word.equalsIgnoreCase ("off"))
-        setBoolValue (false, notify);
+        setBoolValue (false, origin);
     else
-        setValue (word.getFloatValue(), notify);
+        setValue (word.getFloatValue(), origin);
 }
 
-void BoolParameter::copyValueFrom (const Parameter& other, bool notify) { setBoolValue (other.getBoolValue(), notify); }
+void BoolParameter::copyValueFrom (const Parameter& other, ChangeOrigin origin) { setBoolValue (other.getBoolValue(), origin); }

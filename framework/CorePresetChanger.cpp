@@ -24,23 +24,8 @@ void CorePresetChanger::changePreset()
     core.postPresetChange();
 }
 
+// Audio thread, inside the core's render.
 void CorePresetChanger::applyPendingPresetChange()
 {
-    std::array<float, BasePluginOldStyle::numPresetableParameters> values;
-
-    if (! effect.readPresetValues ((int) effect.getCurrentPresetIndex(), values))
-        return;
-
-    // As a change through the parameters would, only values that differ reach the core.
-    for (size_t i = 0; i < values.size(); ++i)
-    {
-        const auto index = (uint32_t) (BasePluginOldStyle::firstPresetableIndex + (int) i);
-        const auto* parameter = effect.getPluginParameter (index);
-        const float value = juce::jlimit (0.0f, 1.0f, values[i]);
-
-        if (parameter != nullptr && parameter->getNormalisedValue() != value && ! effect.keepsOnPresetChange ((int) i))
-            core.setParameter (index, value);
-    }
-
-    valuesApplied = true;
+    effect.applyCurrentPresetValues (ChangeOrigin::fade);
 }

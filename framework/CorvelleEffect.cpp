@@ -1,9 +1,6 @@
 #include "CorvelleEffect.h"
 
-#include "AudioCallbackScope.h"
 #include "CorePresetChanger.h"
-
-#include "editor/QuorlaneEditor.h"
 
 #include <cmath>
 
@@ -12,13 +9,12 @@ namespace
     const char* const qualityKeywords[] = { "low", "medium", "high", "highest" };
 }
 
-// Set on the audio thread while the parameters catch up with preset values
-// that the core already took at the quiet point of a silent change.
-thread_local const CorvelleEffect* CorvelleEffect::presetValuesInCore = nullptr;
-
 CorvelleEffect::CorvelleEffect() = default;
 
-CorvelleEffect::~CorvelleEffect() = default;
+CorvelleEffect::~CorvelleEffect()
+{
+    stopMessageThreadPoll();
+}
 
 void CorvelleEffect::initialise()
 {
@@ -44,11 +40,10 @@ void CorvelleEffect::initialise()
     if (core != nullptr)
     {
         // The core starts from the parameters' current values; later changes
-        // arrive one at a time through parameterChanged.
+        // reach its inbox through the router as they happen.
         for (auto* p : getParameterManager().getAllParameters())
-            core->setParameter (p->getIndex(), p->getNormalisedValue());
+            postToEngine (*p);
 
-        core->setQuality ((unsigned) getCurrentQualityStep());
         setLatencySamples (core->getLatency());
     }
 
@@ -58,7 +53,9 @@ void CorvelleEffect::initialise()
     initialisePresets();
 
     if (supportsQuality() && qualityParameter != nullptr)
-        qualityParameter->setNormalisedValue ((float) defaultQuality * qualityStepSize, true);
+        qualityParameter->setNormalisedValue ((float) defaultQuality * qualityStepSize, ChangeOrigin::restore);
+
+    startMessageThreadPoll();
 }
 
 int CorvelleEffect::qualityStepFor (float normalisedValue) noexcept
@@ -86,18 +83,23 @@ int CorvelleEffect::getCurrentQualityStep() const
 }
 
 // Any thread: the value is posted to the core, which takes it at its next
-// block boundary; nothing waits and nothing is allocated.
-void CorvelleEffect::parameterChanged (Parameter& parameter)
+// block boundary; nothing waits and nothing is allocated. The value posted is
+// the one the parameter holds now, so that when two threads change the same
+// parameter at once the core ends with what the parameter ends with.
+void CorvelleEffect::postToEngine (const Parameter& parameter) noexcept
 {
-    if (core != nullptr && presetValuesInCore != this)
-    {
-        if (&parameter == qualityParameter && supportsQuality() && ! isQualityLocked())
-            core->postQuality ((unsigned) qualityStepFor (parameter.getNormalisedValue()));
-        else
-            core->postParameter (parameter.getIndex(), parameter.getNormalisedValue());
-    }
+    if (core == nullptr)
+        return;
 
-    BasePluginOldStyle::parameterChanged (parameter);
+    if (&parameter == qualityParameter)
+    {
+        if (supportsQuality() && ! isQualityLocked())
+            core->postQuality ((unsigned) qualityStepFor (parameter.getNormalisedValue()));
+    }
+    else
+    {
+        core->postParameter (parameter.getIndex(), parameter.getNormalisedValue());
+    }
 }
 
 void CorvelleEffect::setDefaultQuality (int step)
@@ -149,7 +151,7 @@ bool CorvelleEffect::restoreStateElement (const juce::XmlElement& element)
         const int step = qualityStepForKeyword (element.getStringAttribute ("quality"));
 
         if (step >= 0 && supportsQuality() && qualityParameter != nullptr)
-            qualityParameter->setNormalisedValue ((float) step * qualityStepSize, true);
+            qualityParameter->setNormalisedValue ((float) step * qualityStepSize, ChangeOrigin::restore);
 
         return true;
     }
@@ -170,7 +172,6 @@ void CorvelleEffect::prepareToPlay (double sampleRate, int maximumExpectedSample
         {
             const juce::ScopedLock sl (processingLock);
             core->prepare (sampleRate, maximumExpectedSamplesPerBlock);
-            core->setQuality ((unsigned) getCurrentQualityStep());
         }
 
         setLatencySamples (core->getLatency());
@@ -189,11 +190,6 @@ void CorvelleEffect::reset()
 void CorvelleEffect::releaseResources()
 {
     prepared.exchange (0);
-}
-
-juce::AudioProcessorEditor* CorvelleEffect::createEditor()
-{
-    return new QuorlaneEditor (*this);
 }
 
 void CorvelleEffect::synchroniseClocks()
@@ -237,18 +233,6 @@ void CorvelleEffect::synchroniseClocks()
 
 void CorvelleEffect::processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages)
 {
-    {
-        const AudioCallbackScope audioCallback;
-        processFrame (buffer, midiMessages);
-    }
-
-    // A host (or an offline render) that calls back on the message thread
-    // hears of the block's changes at once.
-    pollIfOnMessageThread();
-}
-
-void CorvelleEffect::processFrame (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages)
-{
     const int numSamples = buffer.getNumSamples();
     const int numInputs = getTotalNumInputChannels();
     const int numOutputs = juce::jmin (getTotalNumOutputChannels(), buffer.getNumChannels());
@@ -276,7 +260,7 @@ void CorvelleEffect::processFrame (juce::AudioBuffer<float>& buffer, juce::MidiB
         for (; event != end && (*event).samplePosition <= position; ++event)
         {
             renderPending();
-            handleMidiEvent ((*event).getMessage());
+            handleMidiEvent (*event);
         }
 
         for (int i = 0; i < clocks.size(); ++i)
@@ -304,7 +288,7 @@ void CorvelleEffect::processFrame (juce::AudioBuffer<float>& buffer, juce::MidiB
 
     // Events stamped past the block's end still count; they take effect after it.
     for (; event != end; ++event)
-        handleMidiEvent ((*event).getMessage());
+        handleMidiEvent (*event);
 }
 
 // The processing lock is only ever held for long by a prepare on another
@@ -333,13 +317,6 @@ void CorvelleEffect::renderPending()
         }
     }
 
-    if (presetChanger != nullptr && presetChanger->takeValuesApplied())
-    {
-        presetValuesInCore = this;
-        applyCurrentPresetValues();
-        presetValuesInCore = nullptr;
-    }
-
     leftPtr += pendingSamples;
 
     if (isStereo)
@@ -349,8 +326,16 @@ void CorvelleEffect::renderPending()
     pendingSamples = 0;
 }
 
-void CorvelleEffect::handleMidiEvent (const juce::MidiMessage& message)
+// Only controllers and program changes are read, from the event's bytes: a
+// longer message (SysEx) is never copied into a MidiMessage, which would
+// allocate.
+void CorvelleEffect::handleMidiEvent (const juce::MidiMessageMetadata& event)
 {
+    if (event.numBytes < 2 || event.numBytes > 3)
+        return;
+
+    const juce::MidiMessage message (event.data, event.numBytes);
+
     if (message.isController())
         handleControllerMessage (message);
     else if (message.isProgramChange() && message.getProgramChangeNumber() < getNumPresets())

@@ -2,14 +2,15 @@
 
 #include "Clock.h"
 #include "CorePresetChanger.h"
-#include "CorvelleEffectCore.h"
+#include "engine/CorvelleEffectCore.h"
 #include "presets/BasePluginOldStyle.h"
 
 // The base of the product line's effects. It owns the processing core, runs
 // the processing frame (each host block is split at MIDI events and clock
 // ticks and handed to the core in pieces), posts parameter changes into the
 // core's inbox without a lock, and drives the core's quality from the hidden
-// "Quality" parameter.
+// "Quality" parameter. The product derives from it, creates its core and its
+// editor, and starts and stops the message-thread poll.
 class CorvelleEffect : public BasePluginOldStyle
 {
 public:
@@ -22,7 +23,9 @@ public:
     ~CorvelleEffect() override;
 
     // Finds "Quality", creates the clock and the core, and brings the core to
-    // the default quality. The product calls it at the end of its constructor.
+    // the default quality, then starts the message-thread poll. The product
+    // calls it at the end of its constructor, and stopMessageThreadPoll()
+    // first thing in its destructor.
     void initialise();
 
     virtual bool supportsQuality() const { return true; }
@@ -60,21 +63,18 @@ public:
     void reset() override;
     bool isPrepared() const noexcept { return prepared.load() != 0; }
 
-    juce::AudioProcessorEditor* createEditor() override;
-
-    void parameterChanged (Parameter& parameter) override;
-
 protected:
     virtual std::unique_ptr<Core> createCore() = 0;
+
+    void postToEngine (const Parameter& parameter) noexcept override;
 
     bool restoreStateElement (const juce::XmlElement& element) override;
 
     int defaultQuality = 0;
 
 private:
-    void processFrame (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages);
     void renderPending();
-    void handleMidiEvent (const juce::MidiMessage& message);
+    void handleMidiEvent (const juce::MidiMessageMetadata& event);
     void synchroniseClocks();
 
     std::atomic<int> prepared { 0 };
@@ -87,8 +87,6 @@ private:
     std::unique_ptr<Core> core;
     juce::CriticalSection processingLock;
     std::unique_ptr<CorePresetChanger> presetChanger; // after the lock: it takes it when destroyed
-
-    static thread_local const CorvelleEffect* presetValuesInCore;
 
     Parameter* qualityParameter = nullptr;
 

@@ -31,30 +31,30 @@ bool EnumParameter::getBoolValue() const
 
 juce::String EnumParameter::getText() const { return items[value.load()]; }
 
-void EnumParameter::setValue (float newValue, bool notify)
+void EnumParameter::setValue (float newValue, ChangeOrigin origin)
 {
     const float clamped = clampToRange (newValue, 0.0f, (float) lastItem());
-    setIntValue ((int) std::floor (clamped + 0.5f), notify);
+    setIntValue ((int) std::floor (clamped + 0.5f), origin);
 }
 
-void EnumParameter::setNormalisedValue (float newValue, bool notify)
+void EnumParameter::setNormalisedValue (float newValue, ChangeOrigin origin)
 {
-    setValue (clampToRange (newValue, 0.0f, 1.0f) * (float) lastItem(), notify);
+    setValue (clampToRange (newValue, 0.0f, 1.0f) * (float) lastItem(), origin);
 }
 
-void EnumParameter::setIntValue (int newValue, bool notify)
+void EnumParameter::setIntValue (int newValue, ChangeOrigin origin)
 {
     if (storeIfDifferent (value, clampToRange (newValue, 0, lastItem())))
-        notifyChange (notify);
+        notifyChange (origin);
 }
 
-void EnumParameter::setBoolValue (bool newValue, bool notify) { setIntValue (newValue ? lastItem() : 0, notify); }
+void EnumParameter::setBoolValue (bool newValue, ChangeOrigin origin) { setIntValue (newValue ? lastItem() : 0, origin); }
 
 // An item's name selects it (case aside); anything else is read as a position.
-void EnumParameter::setText (const juce::String& text, bool notify)
+void EnumParameter::setText (const juce::String& text, ChangeOrigin origin)
 {
     const int item = items.indexOf (text.trim(), true);
-    setValue (item >= 0 ? (float) item : text.getFloatValue(), notify);
+    setValue (item >= 0 ? (float) item : text.getFloatValue(), origin);
 }
 
-void EnumParameter::copyValueFrom (const Parameter& other, bool notify) { setValue (other.getValue(), notify); }
+void EnumParameter::copyValueFrom (const Parameter& other, ChangeOrigin origin) { setValue (other.getValue(), origin); }

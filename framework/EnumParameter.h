@@ -18,12 +18,12 @@ public:
     bool getBoolValue() const override;
     juce::String getText() const override;
 
-    void setValue (float value, bool notify) override;
-    void setNormalisedValue (float value, bool notify) override;
-    void setIntValue (int value, bool notify) override;
-    void setBoolValue (bool value, bool notify) override;
-    void setText (const juce::String& text, bool notify) override;
-    void copyValueFrom (const Parameter& other, bool notify) override;
+    void setValue (float value, ChangeOrigin origin) override;
+    void setNormalisedValue (float value, ChangeOrigin origin) override;
+    void setIntValue (int value, ChangeOrigin origin) override;
+    void setBoolValue (bool value, ChangeOrigin origin) override;
+    void setText (const juce::String& text, ChangeOrigin origin) override;
+    void copyValueFrom (const Parameter& other, ChangeOrigin origin) override;
 
 private:
     int lastItem() const noexcept { return juce::jmax (0, items.size() - 1); }

@@ -30,21 +30,21 @@ bool FloatParameter::getBoolValue() const
 
 juce::String FloatParameter::getText() const { return juce::String (value.load(), 9); }
 
-void FloatParameter::setValue (float newValue, bool notify)
+void FloatParameter::setValue (float newValue, ChangeOrigin origin)
 {
     if (storeIfDifferent (value, clampToRange (newValue, min, max)))
-        notifyChange (notify);
+        notifyChange (origin);
 }
 
-void FloatParameter::setNormalisedValue (float newValue, bool notify)
+void FloatParameter::setNormalisedValue (float newValue, ChangeOrigin origin)
 {
-    setValue (min + (max - min) * clampToRange (newValue, 0.0f, 1.0f), notify);
+    setValue (min + (max - min) * clampToRange (newValue, 0.0f, 1.0f), origin);
 }
 
-void FloatParameter::setIntValue (int newValue, bool notify) { setValue ((float) newValue, notify); }
+void FloatParameter::setIntValue (int newValue, ChangeOrigin origin) { setValue ((float) newValue, origin); }
 
-void FloatParameter::setBoolValue (bool newValue, bool notify) { setValue (newValue ? max : min, notify); }
+void FloatParameter::setBoolValue (bool newValue, ChangeOrigin origin) { setValue (newValue ? max : min, origin); }
 
-void FloatParameter::setText (const juce::String& text, bool notify) { setValue (text.getFloatValue(), notify); }
+void FloatParameter::setText (const juce::String& text, ChangeOrigin origin) { setValue (text.getFloatValue(), origin); }
 
-void FloatParameter::copyValueFrom (const Parameter& other, bool notify) { setValue (other.getValue(), notify); }
+void FloatParameter::copyValueFrom (const Parameter& other, ChangeOrigin origin) { setValue (other.getValue(), origin); }

@@ -34,30 +34,30 @@ bool IntParameter::getBoolValue() const
 
 juce::String IntParameter::getText() const { return juce::String (value.load()); }
 
-void IntParameter::setValue (float newValue, bool notify)
+void IntParameter::setValue (float newValue, ChangeOrigin origin)
 {
     // NaN takes the minimum, like every other kind.
     const float clamped = clampToRange (newValue, (float) min, (float) max);
-    setIntValue ((int) std::floor (clamped + 0.5f), notify);
+    setIntValue ((int) std::floor (clamped + 0.5f), origin);
 }
 
-void IntParameter::setNormalisedValue (float newValue, bool notify)
+void IntParameter::setNormalisedValue (float newValue, ChangeOrigin origin)
 {
     const float p = clampToRange (newValue, 0.0f, 1.0f);
-    setIntValue (min + (int) std::floor ((float) (max - min) * p + 0.5f), notify);
+    setIntValue (min + (int) std::floor ((float) (max - min) * p + 0.5f), origin);
 }
 
-void IntParameter::setIntValue (int newValue, bool notify)
+void IntParameter::setIntValue (int newValue, ChangeOrigin origin)
 {
     if (storeIfDifferent (value, clampToRange (newValue, min, max)))
-        notifyChange (notify);
+        notifyChange (origin);
 }
 
-void IntParameter::setBoolValue (bool newValue, bool notify) { setIntValue (newValue ? max : min, notify); }
+void IntParameter::setBoolValue (bool newValue, ChangeOrigin origin) { setIntValue (newValue ? max : min, origin); }
 
-void IntParameter::setText (const juce::String& text, bool notify) { setValue (text.getFloatValue(), notify); }
+void IntParameter::setText (const juce::String& text, ChangeOrigin origin) { setValue (text.getFloatValue(), origin); }
 
-void IntParameter::copyValueFrom (const Parameter& other, bool notify) { setValue (other.getValue(), notify); }
+void IntParameter::copyValueFrom (const Parameter& other, ChangeOrigin origin) { setValue (other.getValue(), origin); }
 
 NoteParameter::NoteParameter (uint32_t index, const juce::String& name, int initial)
     : IntParameter (index, name, 0, 127, initial)
@@ -76,13 +76,13 @@ juce::String NoteParameter::getText() const
     return juce::MidiMessage::getMidiNoteName (value.load(), true, true, 4);
 }
 
-void NoteParameter::setText (const juce::String& text, bool notify)
+void NoteParameter::setText (const juce::String& text, ChangeOrigin origin)
 {
     const auto trimmed = text.trim();
 
     if (trimmed.containsOnly ("-+0123456789."))
     {
-        IntParameter::setText (trimmed, notify);
+        IntParameter::setText (trimmed, origin);
         return;
     }
 
@@ -91,10 +91,10 @@ void NoteParameter::setText (const juce::String& text, bool notify)
         if (juce::MidiMessage::getMidiNoteName (note, true, true, 4).equalsIgnoreCase (trimmed)
             || juce::MidiMessage::getMidiNoteName (note, false, true, 4).equalsIgnoreCase (trimmed))
         {
-            setIntValue (note, notify);
+            setIntValue (note, origin);
             return;
         }
     }
 
-    setIntValue (0, notify);
+    setIntValue (0, origin);
 }

@@ -1,6 +1,5 @@
 #include "MidiControl.h"
 
-#include "AudioCallbackScope.h"
 #include "XmlReading.h"
 
 namespace
@@ -29,10 +28,7 @@ MidiControl::MidiControl (ParameterManager& parameterManager, std::function<juce
 {
 }
 
-MidiControl::~MidiControl()
-{
-    cancelPendingUpdate();
-}
+MidiControl::~MidiControl() = default;
 
 void MidiControl::handleMessage (const juce::MidiMessage& message)
 {
@@ -41,41 +37,38 @@ void MidiControl::handleMessage (const juce::MidiMessage& message)
 
     const int controller = message.getControllerNumber();
 
-    // In the audio callback learning waits for the next poll; the slot is
-    // read without the lock.
+    // Learning waits for the next poll, which takes the controllers in the
+    // order they came; the slot is read without the lock.
     if (learnMode.load())
-    {
-        if (AudioCallbackScope::isActive())
-            pendingLearnController.store (controller);
-        else
-            learnFromController (controller);
-    }
+        learnQueue.push ({ (uint8_t) controller, (uint8_t) message.getControllerValue() });
 
     if (auto* p = slots[(size_t) controller].load())
     {
-        p->setNormalisedValue ((float) message.getControllerValue() * valueScale, true);
+        p->setNormalisedValue ((float) message.getControllerValue() * valueScale, ChangeOrigin::midi);
         lastMoved.store (p);
         activity.store (true);
-        requestUpdate();
     }
-}
-
-void MidiControl::requestUpdate()
-{
-    if (! AudioCallbackScope::isActive())
-        triggerAsyncUpdate();
 }
 
 void MidiControl::pollMessageThread()
 {
-    if (const int controller = pendingLearnController.exchange (-1); controller >= 0)
-        learnFromController (controller);
+    // A controller that completes a binding moves its new parameter, as it
+    // would have had it been bound already.
+    for (ControllerMove move; learnQueue.pop (move);)
+    {
+        const auto* before = getParameterAt (move.controller);
+        learnFromController (move.controller);
+
+        if (auto* bound = getParameterAt (move.controller); bound != nullptr && bound != before)
+        {
+            bound->setNormalisedValue ((float) move.value * valueScale, ChangeOrigin::midi);
+            lastMoved.store (bound);
+            activity.store (true);
+        }
+    }
 
     if (mapChanged.load() || learnChanged.load() || activity.load())
-    {
-        cancelPendingUpdate();
-        handleAsyncUpdate();
-    }
+        reportChanges();
 }
 
 //==============================================================================
@@ -168,7 +161,6 @@ void MidiControl::learnCheck()
         assignLocked (learnController, learnParameter, true);
 
     learnChanged = true;
-    requestUpdate();
 }
 
 Parameter* MidiControl::getLearnParameter() const
@@ -217,7 +209,6 @@ void MidiControl::assignLocked (int controller, Parameter* parameter, bool notif
     if (notify)
     {
         mapChanged = true;
-        requestUpdate();
     }
 }
 
@@ -363,7 +354,7 @@ void MidiControl::removeListener (Listener* listener)
     listeners.removeAllInstancesOf (listener);
 }
 
-void MidiControl::handleAsyncUpdate()
+void MidiControl::reportChanges()
 {
     bool mapWasChanged, learnWasChanged;
     Parameter* moved = nullptr;

@@ -2,6 +2,7 @@
 
 #include "Parameter.h"
 #include "ParameterManager.h"
+#include "SingleReaderQueue.h"
 
 #include <juce_audio_basics/juce_audio_basics.h>
 
@@ -20,13 +21,13 @@
 //
 // Threads: handleMessage runs on the audio thread; everything else usually on
 // the message thread. Every slot and learn field is written under one lock;
-// inside the audio callback nothing takes the lock or posts: the slot is read
-// atomically, flags are set, and a controller to learn is left for the
-// owner's poll on the message thread (pollMessageThread). The user interface hears of
-// map, learn and controller activity only through Listener calls made later
-// on the message thread; only a learn-mode switch is reported synchronously,
-// on the thread that made it.
-class MidiControl : private juce::AsyncUpdater
+// handleMessage takes no lock and posts nothing: the slot is read atomically,
+// flags are set, and a controller to learn is left for the owner's poll on
+// the message thread (pollMessageThread). The user interface hears of map,
+// learn and controller activity only through Listener calls made by that
+// poll; only a learn-mode switch is reported synchronously, on the thread
+// that made it.
+class MidiControl
 {
 public:
     static constexpr int numControllers = 128;
@@ -58,7 +59,7 @@ public:
     // The application name is asked for only when a map file is read or
     // written, so the owner may pass a call into a class still being built.
     MidiControl (ParameterManager& parameters, std::function<juce::String()> applicationName);
-    ~MidiControl() override;
+    ~MidiControl();
 
     // Audio thread: controller messages (any channel) learn and move; every
     // other kind of message is ignored.
@@ -110,12 +111,11 @@ public:
     void pollMessageThread();
 
 private:
-    void requestUpdate();
     void switchLearnModeLocked (bool shouldLearn);
     void tellLearnModeListeners (bool isOn);
     void learnCheck();
     void assignLocked (int controller, Parameter* parameter, bool notify);
-    void handleAsyncUpdate() override;
+    void reportChanges();
 
     ParameterManager& parameters;
     const std::function<juce::String()> applicationName;
@@ -127,7 +127,13 @@ private:
     int learnController = -1;
     std::atomic<bool> mapChanged { false }, learnChanged { false }, activity { false };
     std::atomic<Parameter*> lastMoved { nullptr };
-    std::atomic<int> pendingLearnController { -1 };
+    // Controllers moved in learn mode, from the audio thread to the poll.
+    struct ControllerMove
+    {
+        uint8_t controller, value;
+    };
+
+    SingleReaderQueue<ControllerMove, 64> learnQueue;
     juce::CriticalSection lock;
     juce::File lastFolder;
 

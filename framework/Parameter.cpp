@@ -1,18 +1,13 @@
 #include "Parameter.h"
 
-#include "AudioCallbackScope.h"
-
 Parameter::Parameter (uint32_t indexToUse, const juce::String& nameToUse)
     : index (indexToUse), name (nameToUse)
 {
 }
 
-Parameter::~Parameter()
-{
-    cancelPendingUpdate();
-}
+Parameter::~Parameter() = default;
 
-void Parameter::addImmediateListener (Listener* listener)
+void Parameter::addImmediateListener (ImmediateListener* listener)
 {
     const juce::SpinLock::ScopedLockType sl (immediateListenerWriteLock);
     const int count = numImmediateListeners.load();
@@ -31,7 +26,7 @@ void Parameter::addImmediateListener (Listener* listener)
     numImmediateListeners.store (count + 1);
 }
 
-void Parameter::removeImmediateListener (Listener* listener)
+void Parameter::removeImmediateListener (ImmediateListener* listener)
 {
     const juce::SpinLock::ScopedLockType sl (immediateListenerWriteLock);
     const int count = numImmediateListeners.load();
@@ -60,41 +55,22 @@ void Parameter::removeDeferredListener (Listener* listener)
     deferredListeners.removeFirstMatchingValue (listener);
 }
 
-void Parameter::notifyChange (bool notify)
+void Parameter::notifyChange (ChangeOrigin origin)
 {
-    if (! notify)
+    if (origin == ChangeOrigin::quiet)
         return;
 
     for (int i = numImmediateListeners.load() - 1; i >= 0; --i)
         if (auto* listener = immediateListeners[(size_t) i].load())
-            listener->parameterChanged (*this);
+            listener->parameterChanged (*this, origin);
 
-    int expected = 0;
-
-    // The audio callback posts nothing: its change stays pending until the
-    // owner's poll on the message thread delivers it.
-    if (deferredPending.compare_exchange_strong (expected, 1) && ! AudioCallbackScope::isActive())
-    {
-        triggerAsyncUpdate();
-
-        // Without a message loop nothing gets posted; let a later change try again.
-        if (! isUpdatePending())
-            deferredPending.store (0);
-    }
+    deferredPending.store (true, std::memory_order_release);
 }
 
 void Parameter::flushDeferredNotification()
 {
-    if (deferredPending.load() == 0)
+    if (! deferredPending.exchange (false, std::memory_order_acq_rel))
         return;
-
-    cancelPendingUpdate();
-    handleAsyncUpdate();
-}
-
-void Parameter::handleAsyncUpdate()
-{
-    deferredPending.store (0);
 
     for (int i = deferredListeners.size(); --i >= 0;)
         if (i < deferredListeners.size())

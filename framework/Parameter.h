@@ -1,6 +1,8 @@
 #pragma once
 
-#include <juce_events/juce_events.h>
+#include "ChangeOrigin.h"
+
+#include <juce_core/juce_core.h>
 
 #include <array>
 #include <atomic>
@@ -9,21 +11,30 @@
 
 // One value of the plug-in's state, addressed by index. Each kind keeps its
 // value in its own unit and converts to and from a normalised float, an
-// integer, a flag and text. Changes notify two listener groups: immediate ones
-// on the changing thread and deferred ones, coalesced, on the message thread.
-// A change made inside the audio callback (AudioCallbackScope) posts nothing
-// and waits for the owner to flush it from the message thread.
-class Parameter : private juce::AsyncUpdater
+// integer, a flag and text. A change (other than a quiet one) tells two
+// listener groups: immediate ones at once, on the changing thread, with the
+// change's origin; deferred ones later, coalesced, on the message thread,
+// when the owner flushes them. Nothing is posted from the changing thread, so
+// any thread may change a value.
+class Parameter
 {
 public:
+    // Deferred: on the message thread.
     struct Listener
     {
         virtual ~Listener() = default;
         virtual void parameterChanged (Parameter& parameter) = 0;
     };
 
+    // Immediate: on the thread that made the change; must not block.
+    struct ImmediateListener
+    {
+        virtual ~ImmediateListener() = default;
+        virtual void parameterChanged (Parameter& parameter, ChangeOrigin origin) = 0;
+    };
+
     Parameter (uint32_t index, const juce::String& name);
-    ~Parameter() override;
+    virtual ~Parameter();
 
     uint32_t getIndex() const noexcept { return index; }
     const juce::String& getName() const noexcept { return name; }
@@ -39,26 +50,27 @@ public:
     virtual bool getBoolValue() const = 0;
     virtual juce::String getText() const = 0;
 
-    virtual void setValue (float value, bool notify) = 0;
-    virtual void setNormalisedValue (float value, bool notify) = 0;
-    virtual void setIntValue (int value, bool notify) = 0;
-    virtual void setBoolValue (bool value, bool notify) = 0;
-    virtual void setText (const juce::String& text, bool notify) = 0;
-    virtual void copyValueFrom (const Parameter& other, bool notify) = 0;
+    virtual void setValue (float value, ChangeOrigin origin) = 0;
+    virtual void setNormalisedValue (float value, ChangeOrigin origin) = 0;
+    virtual void setIntValue (int value, ChangeOrigin origin) = 0;
+    virtual void setBoolValue (bool value, ChangeOrigin origin) = 0;
+    virtual void setText (const juce::String& text, ChangeOrigin origin) = 0;
+    virtual void copyValueFrom (const Parameter& other, ChangeOrigin origin) = 0;
 
-    void addImmediateListener (Listener* listener);
-    void removeImmediateListener (Listener* listener);
+    void addImmediateListener (ImmediateListener* listener);
+    void removeImmediateListener (ImmediateListener* listener);
     void addDeferredListener (Listener* listener);
     void removeDeferredListener (Listener* listener);
 
     // Delivers a pending deferred notification now, whichever thread made the
     // change (message thread only).
     void flushDeferredNotification();
+    bool hasDeferredNotification() const noexcept { return deferredPending.load (std::memory_order_relaxed); }
 
 protected:
     // Called by every setter after a real change: tells the immediate
-    // listeners now and posts one deferred notification.
-    void notifyChange (bool notify);
+    // listeners now and leaves one deferred notification pending.
+    void notifyChange (ChangeOrigin origin);
 
     void copyCommonFieldsTo (Parameter& other) const noexcept { other.automatable = automatable; }
 
@@ -87,8 +99,6 @@ protected:
     }
 
 private:
-    void handleAsyncUpdate() override;
-
     static constexpr int maxImmediateListeners = 16;
 
     const uint32_t index;
@@ -97,12 +107,12 @@ private:
 
     // The audio thread walks this list without a lock; writers take the spin
     // lock and only ever append or shift entries down.
-    std::array<std::atomic<Listener*>, maxImmediateListeners> immediateListeners {};
+    std::array<std::atomic<ImmediateListener*>, maxImmediateListeners> immediateListeners {};
     std::atomic<int> numImmediateListeners { 0 };
     juce::SpinLock immediateListenerWriteLock;
 
     juce::Array<Listener*> deferredListeners;
-    std::atomic<int> deferredPending { 0 };
+    std::atomic<bool> deferredPending { false };
 
     JUCE_DECLARE_NON_COPYABLE (Parameter)
 };

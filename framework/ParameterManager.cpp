@@ -24,7 +24,7 @@ namespace
         if (type == "int")
         {
             auto p = std::make_unique<IntParameter> (index, name, e.getIntAttribute ("min", 0), e.getIntAttribute ("max", 127));
-            p->setText (valueText, false);
+            p->setText (valueText, ChangeOrigin::quiet);
             return p;
         }
 
@@ -37,7 +37,7 @@ namespace
         if (type == "bool" || type == "state")
         {
             auto p = std::make_unique<BoolParameter> (index, name, type == "state");
-            p->setText (valueText, false);
+            p->setText (valueText, ChangeOrigin::quiet);
             return p;
         }
 
@@ -50,7 +50,7 @@ namespace
                 items.addTokens (list, ";", {});
 
             auto p = std::make_unique<EnumParameter> (index, name, items);
-            p->setText (valueText, false);
+            p->setText (valueText, ChangeOrigin::quiet);
             return p;
         }
 
@@ -150,4 +150,15 @@ juce::Array<Parameter*> ParameterManager::getAllParameters() const
         result.add (entry.second.get());
 
     return result;
+}
+
+// Message thread. Parameters are only added while the plug-in is built, so
+// the walk needs no copy of the list; the lock is the list's own and may be
+// taken again by a listener looking a parameter up.
+void ParameterManager::flushDeferredNotifications()
+{
+    const juce::ScopedLock sl (listLock);
+
+    for (const auto& entry : parameters)
+        entry.second->flushDeferredNotification();
 }

@@ -38,6 +38,10 @@ public:
     // Every parameter in index order.
     juce::Array<Parameter*> getAllParameters() const;
 
+    // Delivers every pending deferred notification (message thread); it
+    // allocates nothing.
+    void flushDeferredNotifications();
+
     static constexpr const char* rootTag = "PluginParameters";
 
 private:

@@ -29,12 +29,12 @@ bool StringParameter::getBoolValue() const
     return t.equalsIgnoreCase ("true") || t.getFloatValue() >= 0.5f;
 }
 
-void StringParameter::setValue (float newValue, bool notify) { setText (juce::String (newValue), notify); }
-void StringParameter::setNormalisedValue (float newValue, bool notify) { setValue (juce::jlimit (0.0f, 1.0f, newValue), notify); }
-void StringParameter::setIntValue (int newValue, bool notify) { setText (juce::String (newValue), notify); }
-void StringParameter::setBoolValue (bool newValue, bool notify) { setText (newValue ? "true" : "false", notify); }
+void StringParameter::setValue (float newValue, ChangeOrigin origin) { setText (juce::String (newValue), origin); }
+void StringParameter::setNormalisedValue (float newValue, ChangeOrigin origin) { setValue (juce::jlimit (0.0f, 1.0f, newValue), origin); }
+void StringParameter::setIntValue (int newValue, ChangeOrigin origin) { setText (juce::String (newValue), origin); }
+void StringParameter::setBoolValue (bool newValue, ChangeOrigin origin) { setText (newValue ? "true" : "false", origin); }
 
-void StringParameter::setText (const juce::String& newText, bool notify)
+void StringParameter::setText (const juce::String& newText, ChangeOrigin origin)
 {
     const auto limited = maximumLength > 0 ? newText.substring (0, maximumLength) : newText;
 
@@ -47,7 +47,7 @@ void StringParameter::setText (const juce::String& newText, bool notify)
         text = limited;
     }
 
-    notifyChange (notify);
+    notifyChange (origin);
 }
 
-void StringParameter::copyValueFrom (const Parameter& other, bool notify) { setText (other.getText(), notify); }
+void StringParameter::copyValueFrom (const Parameter& other, ChangeOrigin origin) { setText (other.getText(), origin); }

@@ -14,7 +14,6 @@
 #define FST_DONT_DEPRECATE_UNKNOWN 1
 #include "pluginterfaces/vst2.x/aeffectx.h"
 
-#include <array>
 #include <atomic>
 #include <cstring>
 
@@ -83,52 +82,19 @@ namespace
         { "openCloseAnyThread", -1 },
     };
 
-    // Which host callback belongs to which effect. The audio thread reads it
-    // (time info is asked for every block), so it is a fixed table of atomics.
-    struct Instance
-    {
-        std::atomic<AEffect*> effect { nullptr };
-        std::atomic<audioMasterCallback> host { nullptr };
-    };
-
-    std::array<Instance, 256> instances;
-    std::atomic<audioMasterCallback> lastHost { nullptr };
+    // Which host callback belongs to which effect. Once the effect exists it
+    // carries its own in the field the ABI leaves to the plug-in (the wrapper
+    // does not use it); while the wrapper is still building it, its calls
+    // come on the thread that opens it, which knows the host it serves.
+    thread_local audioMasterCallback hostBeingOpened = nullptr;
     std::atomic<AEffectDispatcherProc> wrapperDispatcher { nullptr };
 
     audioMasterCallback hostFor (AEffect* effect)
     {
-        if (effect != nullptr)
-            for (auto& instance : instances)
-                if (instance.effect.load() == effect)
-                    return instance.host.load();
+        if (effect != nullptr && effect->user != nullptr)
+            return reinterpret_cast<audioMasterCallback> (effect->user);
 
-        return lastHost.load();
-    }
-
-    void registerInstance (AEffect* effect, audioMasterCallback host)
-    {
-        for (auto& instance : instances)
-        {
-            AEffect* expected = nullptr;
-
-            if (instance.effect.compare_exchange_strong (expected, effect))
-            {
-                instance.host.store (host);
-                return;
-            }
-        }
-    }
-
-    void unregisterInstance (AEffect* effect)
-    {
-        for (auto& instance : instances)
-        {
-            if (instance.effect.load() == effect)
-            {
-                instance.host.store (nullptr);
-                instance.effect.store (nullptr);
-            }
-        }
+        return hostBeingOpened;
     }
 
     int translate (int opcode, const OpcodePair* begin, const OpcodePair* end, bool fromAbi)
@@ -196,13 +162,6 @@ namespace
                 }
                 break;
 
-            case effClose:
-            {
-                const auto result = wrapper (effect, opcode, index, value, ptr, opt);
-                unregisterInstance (effect);
-                return result;
-            }
-
             default:
                 break;
         }
@@ -217,14 +176,14 @@ extern "C" __attribute__ ((visibility ("default"))) AEffect* VSTPluginMain (audi
     if (host == nullptr)
         return nullptr;
 
-    lastHost.store (host);
-
+    hostBeingOpened = host;
     auto* effect = quorlaneJuceVSTPluginMain (hostCallbackFromWrapper);
+    hostBeingOpened = nullptr;
 
     if (effect == nullptr)
         return nullptr;
 
-    registerInstance (effect, host);
+    effect->user = reinterpret_cast<void*> (host);
     wrapperDispatcher.store (effect->dispatcher);
 
     effect->dispatcher = dispatcher;

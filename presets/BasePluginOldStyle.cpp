@@ -4,11 +4,12 @@
 #include "Preset.h"
 #include "PresetBank.h"
 #include "PresetValueText.h"
-#include "framework/AudioCallbackScope.h"
 #include "framework/IntParameter.h"
 #include "framework/Resources.h"
 #include "framework/XmlReading.h"
 #include "framework/StringParameter.h"
+
+#include <cstring>
 
 namespace
 {
@@ -21,10 +22,24 @@ namespace
 
     bool isValidSlot (int index) { return index >= 0 && index < BasePluginOldStyle::numSlots; }
 
-    // Set while the manager itself shows a slot's name in the name parameter,
-    // so that the change is not taken for a rename (on this thread the current
-    // index may already have moved on).
-    thread_local bool showingPresetName = false;
+    constexpr uint64_t editPending = uint64_t (1) << 63;
+
+    uint64_t packEdit (unsigned slot, float value) noexcept
+    {
+        uint32_t bits;
+        std::memcpy (&bits, &value, sizeof (bits));
+        return editPending | (uint64_t (slot & 0xff) << 32) | bits;
+    }
+
+    int editSlot (uint64_t packed) noexcept { return (int) ((packed >> 32) & 0xff); }
+
+    float editValue (uint64_t packed) noexcept
+    {
+        const auto bits = (uint32_t) packed;
+        float value;
+        std::memcpy (&value, &bits, sizeof (value));
+        return value;
+    }
 
     bool writeDocument (const juce::XmlElement& element, const juce::File& file)
     {
@@ -54,9 +69,10 @@ BasePluginOldStyle::BasePluginOldStyle()
     defaultPreset.values = liveValues();
     copyBuffer.values = defaultPreset.values;
 
-    for (int i = 0; i < numSlots; ++i)
-        writeSlotValues (i, defaultPreset.values);
+    for (auto& slot : bank.slots)
+        slot.values = defaultPreset.values;
 
+    publishValues();
     bank.groups = { { PresetBankRecord::unusedGroupName, numSlots } };
 }
 
@@ -133,37 +149,26 @@ void BasePluginOldStyle::applyCurrentPreset()
     if (! slot.has_value())
         return;
 
-    setParameterValues (slot->values, isMixLocked());
+    setParameterValues (slot->values, isMixLocked(), ChangeOrigin::preset);
     publishCurrentPreset (true);
     reportPresetApplied();
 }
 
-void BasePluginOldStyle::applyCurrentPresetValues()
+void BasePluginOldStyle::applyCurrentPresetValues (ChangeOrigin origin)
 {
-    std::array<float, numPresetableParameters> values;
-    readPresetValues ((int) (getCurrentPresetIndex() % numSlots), values);
-    setParameterValues (values, isMixLocked());
-    presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), true);
+    BankValues::Values values;
+
+    if (! bankValues.read ((int) (getCurrentPresetIndex() % numSlots), values))
+        return;
+
+    setParameterValues (values, isMixLocked(), origin);
+    presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), ChangeOrigin::preset);
     presetAppliedPending.store (true, std::memory_order_release);
 }
 
-bool BasePluginOldStyle::readPresetValues (int index, std::array<float, numPresetableParameters>& values) const noexcept
+void BasePluginOldStyle::publishValues()
 {
-    if (! isValidSlot (index))
-        return false;
-
-    for (size_t i = 0; i < values.size(); ++i)
-        values[i] = bankValues[(size_t) index][i].load (std::memory_order_relaxed);
-
-    return true;
-}
-
-void BasePluginOldStyle::writeSlotValues (int index, const std::array<float, numPresetableParameters>& values)
-{
-    bank.slots[(size_t) index].values = values;
-
-    for (size_t i = 0; i < values.size(); ++i)
-        bankValues[(size_t) index][i].store (values[i], std::memory_order_relaxed);
+    bankValues.publish (bank.slots);
 }
 
 void BasePluginOldStyle::changeToPreset (int index)
@@ -203,21 +208,22 @@ void BasePluginOldStyle::selectPresetFromProgramChange (int program)
 
     if (getChangingType() == silentChange && presetChanger != nullptr)
     {
-        presetNumberParameter->setIntValue (program, true);
+        presetNumberParameter->setIntValue (program, ChangeOrigin::preset);
         presetChanger->changePreset();
     }
     else
     {
-        applyCurrentPresetValues();
+        applyCurrentPresetValues (ChangeOrigin::preset);
     }
 }
 
-void BasePluginOldStyle::setParameterValues (const std::array<float, numPresetableParameters>& values, bool keepMix)
+void BasePluginOldStyle::setParameterValues (const std::array<float, numPresetableParameters>& values, bool keepMix,
+                                             ChangeOrigin origin)
 {
     for (int i = 0; i < numPresetableParameters; ++i)
         if (! (keepMix && isMixParameter[(size_t) i]))
             if (auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + i)))
-                p->setNormalisedValue (values[(size_t) i], true);
+                p->setNormalisedValue (values[(size_t) i], origin);
 }
 
 std::array<float, BasePluginOldStyle::numPresetableParameters> BasePluginOldStyle::liveValues() const
@@ -233,18 +239,18 @@ std::array<float, BasePluginOldStyle::numPresetableParameters> BasePluginOldStyl
 
 void BasePluginOldStyle::publishCurrentPreset (bool notify)
 {
-    presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), notify);
+    const auto origin = notify ? ChangeOrigin::preset : ChangeOrigin::quiet;
+    presetNumberParameter->setIntValue ((int) getCurrentPresetIndex(), origin);
     showCurrentPresetName (notify);
 }
 
 void BasePluginOldStyle::showCurrentPresetName (bool notify)
 {
-    const juce::ScopedValueSetter<bool> guard (showingPresetName, true);
-    presetNameParameter->setText (getCurrentPresetName(), notify);
+    presetNameParameter->setText (getCurrentPresetName(), notify ? ChangeOrigin::preset : ChangeOrigin::quiet);
 }
 
 // Off the message thread only a flag is set; pollMessageThread reports it.
-// The values applied in the audio callback are always reported that way.
+// Program changes and silent changes on the audio thread always report that way.
 void BasePluginOldStyle::reportPresetApplied()
 {
     if (isMessageThread())
@@ -263,9 +269,7 @@ void BasePluginOldStyle::reportBankChanged()
 
 void BasePluginOldStyle::pollMessageThread()
 {
-    for (auto indices = autoStorePending.exchange (0, std::memory_order_acquire); indices != 0; indices &= indices - 1)
-        if (const auto* p = getPluginParameter ((uint32_t) (firstPresetableIndex + __builtin_ctz (indices))))
-            storeAutomatically (*p);
+    storePendingEdits();
 
     if (bankChangedPending.exchange (false, std::memory_order_acq_rel))
         reportBankChanged();
@@ -296,13 +300,56 @@ std::optional<PresetRecord> BasePluginOldStyle::getSlot (int index) const
         return std::nullopt;
 
     const juce::ScopedLock sl (slotLock);
-    return bank.slots[(size_t) index];
+    return withPendingEdits (index, bank.slots[(size_t) index]);
+}
+
+// Edits not yet stored are part of the slot for whoever reads it.
+PresetRecord BasePluginOldStyle::withPendingEdits (int slot, PresetRecord record) const
+{
+    for (size_t i = 0; i < pendingEdits.size(); ++i)
+        if (const auto packed = pendingEdits[i].load (std::memory_order_acquire); packed != 0 && editSlot (packed) == slot)
+            record.values[i] = editValue (packed);
+
+    return record;
+}
+
+void BasePluginOldStyle::storePendingEdits()
+{
+    const juce::ScopedLock sl (slotLock);
+    bool stored = false;
+
+    for (size_t i = 0; i < pendingEdits.size(); ++i)
+    {
+        if (const auto packed = pendingEdits[i].exchange (0, std::memory_order_acq_rel); packed != 0)
+        {
+            bank.slots[(size_t) editSlot (packed)].values[i] = editValue (packed);
+            stored = true;
+        }
+    }
+
+    if (stored)
+        publishValues();
+}
+
+// Edits made to what a slot held before it was replaced are not the new
+// content's.
+void BasePluginOldStyle::dropPendingEdits (int slot)
+{
+    for (auto& pending : pendingEdits)
+    {
+        auto packed = pending.load (std::memory_order_acquire);
+
+        while (packed != 0 && (slot < 0 || editSlot (packed) == slot)
+               && ! pending.compare_exchange_weak (packed, 0, std::memory_order_acq_rel))
+        {
+        }
+    }
 }
 
 void BasePluginOldStyle::renameSlot (int index, const juce::String& name)
 {
     if (index == (int) getCurrentPresetIndex())
-        presetNameParameter->setText (name, true); // its change renames the slot
+        presetNameParameter->setText (name, ChangeOrigin::editor); // its change renames the slot
     else
         setSlotName (index, name);
 }
@@ -335,7 +382,9 @@ void BasePluginOldStyle::storeSlot (int index)
 
     {
         const juce::ScopedLock sl (slotLock);
-        writeSlotValues (index, values);
+        dropPendingEdits (index);
+        bank.slots[(size_t) index].values = values;
+        publishValues();
     }
 
     reportBankChanged();
@@ -364,7 +413,7 @@ void BasePluginOldStyle::pasteCopiedPreset()
         copied = copyBuffer;
     }
 
-    setParameterValues (copied.values, false);
+    setParameterValues (copied.values, false, ChangeOrigin::editor);
     storeCurrentPreset();
     renameSlot ((int) getCurrentPresetIndex(), copied.name);
     reportPresetApplied();
@@ -388,10 +437,9 @@ void BasePluginOldStyle::installBank (const PresetBankRecord& newBank)
 {
     {
         const juce::ScopedLock sl (slotLock);
+        dropPendingEdits (-1);
         bank.slots = newBank.slots;
-
-        for (int i = 0; i < numSlots; ++i)
-            writeSlotValues (i, newBank.slots[(size_t) i].values);
+        publishValues();
     }
 
     {
@@ -500,7 +548,9 @@ std::unique_ptr<juce::XmlElement> BasePluginOldStyle::createBankElement() const
 
     {
         const juce::ScopedLock sl (slotLock);
-        copy->slots = bank.slots;
+
+        for (int i = 0; i < numSlots; ++i)
+            copy->slots[(size_t) i] = withPendingEdits (i, bank.slots[(size_t) i]);
     }
 
     {
@@ -521,8 +571,9 @@ bool BasePluginOldStyle::readPresetElement (const juce::XmlElement& element, int
 
     {
         const juce::ScopedLock sl (slotLock);
-        bank.slots[(size_t) slot].name = record->name;
-        writeSlotValues (slot, record->values);
+        dropPendingEdits (slot);
+        bank.slots[(size_t) slot] = *record;
+        publishValues();
     }
 
     if (slot == (int) getCurrentPresetIndex())
@@ -733,41 +784,25 @@ void BasePluginOldStyle::writeUserSettings (juce::XmlElement& settings)
 }
 
 //==============================================================================
-void BasePluginOldStyle::parameterChanged (Parameter& parameter)
+// The name display, the browser and paste rename the current slot through
+// its name parameter; the manager showing a slot's name is no rename. Edits
+// of the sound are noted with the slot they were made in, for the poll to
+// store when automatic storing is on.
+void BasePluginOldStyle::presetParameterChanged (const Parameter& parameter, ChangeOrigin origin)
 {
-    BasePlugin::parameterChanged (parameter);
-
-    // The name display, the browser and paste all rename the current slot
-    // through its name parameter.
     if (&parameter == presetNameParameter)
     {
-        if (! showingPresetName)
+        if (origin != ChangeOrigin::preset)
             setSlotName ((int) getCurrentPresetIndex(), parameter.getText());
 
         return;
     }
 
-    // Automatic storing keeps the current slot in step with every edit; an
-    // edit made in the audio callback is stored when the message thread polls.
     const auto index = (int) parameter.getIndex() - firstPresetableIndex;
 
-    if (getStoringMode() == automaticStoring && index >= 0 && index < numPresetableParameters)
-    {
-        if (AudioCallbackScope::isActive())
-            autoStorePending.fetch_or (1u << index, std::memory_order_release);
-        else
-            storeAutomatically (parameter);
-    }
-}
-
-void BasePluginOldStyle::storeAutomatically (const Parameter& parameter)
-{
-    const auto index = (size_t) ((int) parameter.getIndex() - firstPresetableIndex);
-    const auto slot = (int) (getCurrentPresetIndex() % numSlots);
-    const juce::ScopedLock sl (slotLock);
-    auto values = bank.slots[(size_t) slot].values;
-    values[index] = parameter.getNormalisedValue();
-    writeSlotValues (slot, values);
+    if (isEdit (origin) && getStoringMode() == automaticStoring && index >= 0 && index < numPresetableParameters)
+        pendingEdits[(size_t) index].store (packEdit (getCurrentPresetIndex(), parameter.getNormalisedValue()),
+                                            std::memory_order_release);
 }
 
 //==============================================================================
@@ -803,7 +838,7 @@ void BasePluginOldStyle::readParametersState (const juce::XmlElement& element)
     {
         // Any parameter named here is set, presetable or not; unknown names are skipped.
         if (auto* p = getParameterManager().findParameter (param->getStringAttribute ("name")))
-            p->setNormalisedValue ((float) param->getDoubleAttribute ("value", 0.0), true);
+            p->setNormalisedValue ((float) param->getDoubleAttribute ("value", 0.0), ChangeOrigin::restore);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BankValues.h"
 #include "PresetBankRecord.h"
 #include "framework/BasePlugin.h"
 
@@ -17,9 +18,11 @@ class StringParameter;
 //
 // Threads: the operations below are meant for the message thread (editor,
 // browser, settings page). Program changes arrive on the audio thread; they
-// and silent changes apply the values there, read from a lock-free copy of
-// the slots' values, and report the rest (the name parameter, the listeners,
-// automatic storing) on the message thread when it next polls.
+// and silent changes apply the values there, read whole from the bank's
+// immutable copy of the slots' values, and report the rest (the name
+// parameter, the listeners) on the message thread when it next polls.
+// Automatic storing notes each edit with the slot it was made in, on any
+// thread; the poll writes it into the bank.
 //
 // Locks: the slots (with the default preset and the copy buffer) and the
 // group list (with the bank name) each have their own lock, held for one
@@ -94,13 +97,9 @@ public:
     void selectPreviousPreset();
 
     // The values only, without allocating or locking: for the audio thread
-    // (program changes and silent changes). The name parameter and the
-    // listeners follow on the message thread.
-    void applyCurrentPresetValues();
-
-    // A slot's values from the bank's lock-free copy, for the audio thread;
-    // false for an invalid index.
-    bool readPresetValues (int index, std::array<float, numPresetableParameters>& values) const noexcept;
+    // (program changes, and silent changes at their quiet point). The name
+    // parameter and the listeners follow on the message thread.
+    void applyCurrentPresetValues (ChangeOrigin origin);
 
     //==============================================================================
     // Slots
@@ -209,10 +208,9 @@ public:
     // values into the current slot ("Save Preset" and "Store current preset").
     void handleEvent (int eventId) override;
 
-    void parameterChanged (Parameter& parameter) override;
-
 protected:
     void pollMessageThread() override;
+    void presetParameterChanged (const Parameter& parameter, ChangeOrigin origin) override;
 
     // The presetable parameters that make up the mix; the base has none.
     virtual juce::StringArray getMixParameterCandidates() const { return {}; }
@@ -236,13 +234,15 @@ private:
     void changeToCurrentPreset();
     void setSlotName (int index, const juce::String& name);
     void showCurrentPresetName (bool notify);
-    void setParameterValues (const std::array<float, numPresetableParameters>& values, bool keepMix);
+    void setParameterValues (const std::array<float, numPresetableParameters>& values, bool keepMix, ChangeOrigin origin);
     std::array<float, numPresetableParameters> liveValues() const;
     void publishCurrentPreset (bool notify);
     void reportPresetApplied();
     void reportBankChanged();
-    void writeSlotValues (int index, const std::array<float, numPresetableParameters>& values); // under slotLock
-    void storeAutomatically (const Parameter& parameter);
+    void publishValues();                 // under slotLock
+    void storePendingEdits();
+    void dropPendingEdits (int slot);     // -1: every slot
+    PresetRecord withPendingEdits (int slot, PresetRecord record) const;
 
     IntParameter* presetNumberParameter = nullptr;
     StringParameter* presetNameParameter = nullptr;
@@ -265,15 +265,17 @@ private:
     juce::String defaultPresetsFile;
     juce::File lastPresetFolder, lastBankFolder;
 
-    // The slots' values again, each readable without a lock; written with
-    // the slots, under slotLock.
-    std::array<std::array<std::atomic<float>, numPresetableParameters>, numSlots> bankValues {};
+    // The slots' values again, for the audio thread; published under slotLock
+    // whenever the slots change.
+    BankValues bankValues;
 
     PresetChanger* presetChanger = nullptr;
     juce::ListenerList<PresetManagerListener> listeners;
 
-    // What changes made off the message thread leave for it to do.
-    std::atomic<uint32_t> autoStorePending { 0 };
+    // What changes made off the message thread leave for it to do. An edit
+    // to store is the slot current when it was made and the value, in one
+    // word: bit 63 set, the slot in bits 32..39, the float's bits below.
+    std::array<std::atomic<uint64_t>, numPresetableParameters> pendingEdits {};
     std::atomic<bool> presetAppliedPending { false }, bankChangedPending { false };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (BasePluginOldStyle)

@@ -1,3 +1,5 @@
+#include "AudioFiles.h"
+
 #include <juce_audio_formats/juce_audio_formats.h>
 #include <juce_graphics/juce_graphics.h>
 
@@ -83,7 +85,7 @@ namespace
         static std::unique_ptr<juce::AudioFormatReader> read (const juce::File& f)
         {
             juce::AudioFormatManager formats;
-            formats.registerBasicFormats();
+            AudioFiles::registerFormats (formats);
             return std::unique_ptr<juce::AudioFormatReader> (formats.createReaderFor (f));
         }
 
@@ -139,6 +141,11 @@ TEST_F (RendererCommandLine, WritesExactlyTheFormatsItsHelpNames)
             extensions.add (token);
 
     ASSERT_TRUE (extensions.contains (".wav") && extensions.contains (".aiff")) << help.output;
+#if ! JUCE_WINDOWS
+    // The codecs are the renderer's own, linked in on Linux.
+    EXPECT_TRUE (extensions.contains (".flac")) << help.output;
+    EXPECT_TRUE (help.output.contains ("FLAC or Ogg Vorbis")) << help.output;
+#endif
 
     const auto input = writeInput ("in.wav", 48000.0, 1, 4800);
 
@@ -157,6 +164,37 @@ TEST_F (RendererCommandLine, WritesExactlyTheFormatsItsHelpNames)
                                           + " or " + extensions[extensions.size() - 1]))
         << refused.output;
 }
+
+#if ! JUCE_WINDOWS
+// What the renderer itself wrote as FLAC, and Ogg Vorbis from elsewhere, are
+// read as inputs like WAV.
+TEST_F (RendererCommandLine, ReadsFlacAndOggVorbis)
+{
+    const auto wav = writeInput ("in.wav", 44100.0, 2, 8000);
+    ASSERT_EQ (run ({ wav.getFullPathName(), "-o", path ("in.flac"), "--tail", "0" }).exitCode, 0);
+
+    juce::AudioFormatManager formats;
+    AudioFiles::registerFormats (formats);
+    auto* ogg = formats.findFormatForFileExtension (".ogg");
+    ASSERT_NE (ogg, nullptr);
+    {
+        const std::unique_ptr<juce::AudioFormatReader> source (formats.createReaderFor (wav));
+        std::unique_ptr<juce::AudioFormatWriter> writer (ogg->createWriterFor (
+            new juce::FileOutputStream (file ("in.ogg")), 44100.0, 2, 16, {}, 5));
+        ASSERT_NE (writer, nullptr);
+        ASSERT_TRUE (writer->writeFromAudioReader (*source, 0, -1));
+    }
+
+    for (const auto* name : { "in.flac", "in.ogg" })
+    {
+        const auto result = run ({ path (name), "-o", path (juce::String (name) + ".wav"), "--tail", "0" });
+        EXPECT_EQ (result.exitCode, 0) << name << ": " << result.output;
+        const auto reader = read (file (juce::String (name) + ".wav"));
+        ASSERT_NE (reader, nullptr) << name;
+        EXPECT_EQ (reader->lengthInSamples, 8000) << name;
+    }
+}
+#endif
 
 // Exit status 1 for a file that cannot be read or written, 2 for a malformed
 // command line; either way the message names the problem and nothing is written.

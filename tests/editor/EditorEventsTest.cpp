@@ -60,6 +60,7 @@ TEST (EditorEvents, LearnTogglesAndTakesTheMovedParameter)
     EXPECT_EQ (editor.describeMidiLearn(), "'Late Size' parameter is free. Waiting for a free controller now...");
 
     midi.handleMessage (juce::MidiMessage::controllerEvent (1, 30, 64));
+    pumpMessages();
     EXPECT_EQ (editor.describeMidiLearn(), "CC#30 is assigned to parameter 'Late Size'");
     EXPECT_EQ (midi.getControllerOf (plugin.getParameterManager().findParameter ("Late Size")), 30);
 

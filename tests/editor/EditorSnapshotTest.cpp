@@ -64,11 +64,11 @@ TEST (EditorSnapshot, TheProductWindowDrawsEveryKnobFromItsParameter)
 
         const auto area = knob->getBoundsInParent();
 
-        parameter->setNormalisedValue (0.0f, true);
+        parameter->setNormalisedValue (0.0f, ChangeOrigin::editor);
         parameter->flushDeferredNotification();
         const auto low = snapshot (editor, area);
 
-        parameter->setNormalisedValue (1.0f, true);
+        parameter->setNormalisedValue (1.0f, ChangeOrigin::editor);
         parameter->flushDeferredNotification();
         const auto high = snapshot (editor, area);
 

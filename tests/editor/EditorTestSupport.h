@@ -19,8 +19,9 @@ namespace EditorTest
         return root;
     }
 
-    // Lets posted messages (button clicks, deferred parameter notifications) arrive.
-    inline void pumpMessages (int milliseconds = 20)
+    // Lets posted messages (button clicks) arrive, and the plug-in's poll
+    // (every 20 ms) deliver deferred parameter notifications.
+    inline void pumpMessages (int milliseconds = 50)
     {
         juce::MessageManager::getInstance()->runDispatchLoopUntil (milliseconds);
     }

@@ -45,7 +45,7 @@ namespace
         // As the host sets it, with the controls told at once.
         void set (const char* name, float value)
         {
-            parameter (name).setNormalisedValue (value, true);
+            parameter (name).setNormalisedValue (value, ChangeOrigin::editor);
             parameter (name).flushDeferredNotification();
         }
 
@@ -146,9 +146,9 @@ TEST_F (FilmStrip, ButtonsShowTheirHeldFrameOnlyWhileHeldAndOver)
 TEST_F (FilmStrip, DisplaysShowTheirParametersAndTextDisplaysEditOrRefuse)
 {
     auto& numeric = find<NumericDisplay> (editor, "Numeric");
-    parameter ("FX").setNormalisedValue (0.0f, false);
+    parameter ("FX").setNormalisedValue (0.0f, ChangeOrigin::quiet);
     EXPECT_EQ (numeric.getCellFrames(), juce::Array<int> ({ NumericDisplay::minusFrame, -1, 5, 0 }));
-    parameter ("FX").setNormalisedValue (1.0f, false);
+    parameter ("FX").setNormalisedValue (1.0f, ChangeOrigin::quiet);
     EXPECT_EQ (numeric.getCellFrames(), juce::Array<int> ({ -1, -1, 5, 0 }));
 
     auto& pattern = find<PatternNumberDisplay> (editor, "Pattern");

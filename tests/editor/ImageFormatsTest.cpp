@@ -1,6 +1,6 @@
-// JUCE's PNG and JPEG formats as this build has them (libpng and libjpeg on
-// Linux, stb_image behind the same interfaces on Windows): the skin's film
-// strips are PNGs, and the renderer writes its decay plots as PNG.
+// JUCE's PNG and JPEG formats as this build has them (libpng on Linux, and
+// stb_image behind libjpeg's interface there and behind both on Windows): the
+// skin's film strips are PNGs, and the renderer writes its decay plots as PNG.
 
 #include <juce_graphics/juce_graphics.h>
 

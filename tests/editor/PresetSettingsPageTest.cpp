@@ -39,7 +39,7 @@ TEST (PresetSettingsPage, ButtonsAndPathSetTheManagerAndTheSettingsFile)
     EXPECT_EQ (shownChoices (page), (std::array<int, 3> { 0, 1, 0 }));
 
     plugin.changeToPreset (4);
-    plugin.getPluginParameter (2)->setNormalisedValue (0.125f, true);
+    plugin.getPluginParameter (2)->setNormalisedValue (0.125f, ChangeOrigin::editor);
     click (page.getButton (1, 0));
     EXPECT_EQ (plugin.getStoringMode(), BasePluginOldStyle::automaticStoring);
     EXPECT_EQ (plugin.getSlot (4)->values[2], 0.125f) << "choosing automatic stores at once";

@@ -84,7 +84,7 @@ TEST (HostileSignal, OutputStaysFiniteAndRecovers)
                 spoil (zeroed, place, both, 0.0f);
 
                 auto core = makeCore (rate, quality);
-                core->setParameter (QuorlaneMapping::wetGain, 1.0f);
+                core->postParameter (QuorlaneMapping::wetGain, 1.0f);
                 const Stereo out = render (*core, in, { 64, 1024, 33 });
                 const auto context = std::string (hostile.name) + " quality " + std::to_string (quality)
                                    + " at " + std::to_string (end);
@@ -94,7 +94,7 @@ TEST (HostileSignal, OutputStaysFiniteAndRecovers)
                     continue;
 
                 auto reference = makeCore (rate, quality);
-                reference->setParameter (QuorlaneMapping::wetGain, 1.0f);
+                reference->postParameter (QuorlaneMapping::wetGain, 1.0f);
                 const Stereo expected = render (*reference, zeroed, { 64, 1024, 33 });
                 const int from = end + (int) rate, window = (int) rate / 4;
 
@@ -115,9 +115,9 @@ TEST (HostileSignal, ResetForgetsTheSignal)
 {
     const auto settle = [] (QuorlaneCore& core)
     {
-        core.setParameter (QuorlaneMapping::modulation, 0.0f);
-        core.setParameter (QuorlaneMapping::earlyEqGain, 1.0f);
-        core.setParameter (QuorlaneMapping::lateEqGain, 0.0f);
+        core.postParameter (QuorlaneMapping::modulation, 0.0f);
+        core.postParameter (QuorlaneMapping::earlyEqGain, 1.0f);
+        core.postParameter (QuorlaneMapping::lateEqGain, 0.0f);
         core.prepare (rate, 512);
     };
 

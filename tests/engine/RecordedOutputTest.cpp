@@ -108,10 +108,10 @@ std::function<void (float*, float*)> impulseInput()
 std::unique_ptr<QuorlaneCore> modulatedCore (unsigned quality, QuorlaneCore::Instructions instructions)
 {
     auto core = std::make_unique<QuorlaneCore> (instructions);
-    core->setParameter (QuorlaneMapping::modulation, 1.0f);
-    core->setParameter (QuorlaneMapping::dryWet, 1.0f);
+    core->postParameter (QuorlaneMapping::modulation, 1.0f);
+    core->postParameter (QuorlaneMapping::dryWet, 1.0f);
     core->prepare (sampleRate, hostBlock);
-    core->setQuality (quality);
+    core->postQuality (quality);
     return core;
 }
 
@@ -128,7 +128,7 @@ void sweepParameters (QuorlaneCore& core, int block)
         const float value = i == QuorlaneMapping::outputVolume ? 0.3f + 0.2f * triangle
                           : i == QuorlaneMapping::wetGain ? 0.2f * triangle
                           : triangle;
-        core.setParameter (i, value);
+        core.postParameter (i, value);
     }
 }
 
@@ -140,9 +140,9 @@ struct PresetSwap : CorvelleEffectCore::PresetChangeTarget
     void applyPendingPresetChange() override
     {
         for (std::uint32_t i = 0; i < QuorlaneMapping::parameterCount; ++i)
-            core->setParameter (i, (float) ((i * 37) % 11) / 10.0f);
+            core->postParameter (i, (float) ((i * 37) % 11) / 10.0f);
 
-        core->setParameter (QuorlaneMapping::outputVolume, 0.5f);
+        core->postParameter (QuorlaneMapping::outputVolume, 0.5f);
     }
 };
 
@@ -167,7 +167,7 @@ std::vector<float> renderAll (QuorlaneCore::Instructions instructions)
         swap.core = core.get();
         core->setPresetChangeTarget (&swap);
         recorder.render (*core, 3 * second, noiseInput (quality + 21),
-                         [] (QuorlaneCore& c, int block) { if (block % 100 == 20) c.beginPresetChange(); });
+                         [] (QuorlaneCore& c, int block) { if (block % 100 == 20) c.postPresetChange(); });
     }
 
     // The mono path through the left half of the network.

@@ -64,7 +64,7 @@ inline std::unique_ptr<QuorlaneCore> makeCore (double sampleRate, unsigned quali
 {
     auto core = std::make_unique<QuorlaneCore>();
     core->prepare (sampleRate, 512);
-    core->setQuality (quality);
+    core->postQuality (quality);
     return core;
 }
 }

@@ -18,10 +18,10 @@ namespace
     // An instance whose every part of the project state differs from a new one's.
     void giveProjectState (Quorlane& plugin)
     {
-        plugin.getPluginParameter (0)->setNormalisedValue (0.25f, true);
-        plugin.getPluginParameter (18)->setNormalisedValue (0.625f, true);
+        plugin.getPluginParameter (0)->setNormalisedValue (0.25f, ChangeOrigin::editor);
+        plugin.getPluginParameter (18)->setNormalisedValue (0.625f, ChangeOrigin::editor);
         plugin.getMidiControl().assign (10, plugin.getPluginParameter (6), true);
-        plugin.getPluginParameter (20)->setNormalisedValue (2 * CorvelleEffect::qualityStepSize, true);
+        plugin.getPluginParameter (20)->setNormalisedValue (2 * CorvelleEffect::qualityStepSize, ChangeOrigin::editor);
     }
 
     juce::String stateText (Quorlane& plugin) { return plugin.buildState()->toString(); }

@@ -29,7 +29,12 @@ namespace
 
         Parameter& param (const char* name) { return *parameters.findParameter (name); }
 
-        void move (int controller, int value) { control.handleMessage (juce::MidiMessage::controllerEvent (3, controller, value)); }
+        // A move on the audio thread, and the owner's next poll.
+        void move (int controller, int value)
+        {
+            control.handleMessage (juce::MidiMessage::controllerEvent (3, controller, value));
+            control.pollMessageThread();
+        }
 
         ParameterManager parameters;
         MidiControl control { parameters, quorlane };
@@ -127,10 +132,13 @@ TEST_F (MidiControlTest, ListenersHearEveryLearnModeSwitchAtOnceAndTheRestOnTheM
     calls.clear();
     control.setLearnMode (true);
     control.learnFromParameter (param ("FX"));
-    move (30, 127);
+    control.handleMessage (juce::MidiMessage::controllerEvent (3, 30, 127));
+    control.handleMessage (juce::MidiMessage::controllerEvent (3, 31, 127));
     EXPECT_TRUE (calls.isEmpty()) << "nothing but the mode switch is reported synchronously";
 
-    juce::MessageManager::getInstance()->runDispatchLoopUntil (50);
+    control.pollMessageThread();
+    EXPECT_EQ (control.getParameterAt (30), &param ("FX")) << "the first controller to arrive is bound";
+    EXPECT_EQ (param ("FX").getNormalisedValue(), 1.0f) << "and moves its parameter";
     EXPECT_EQ (calls, juce::StringArray ({ "second map", "second learn", "second moved FX",
                                            "first map", "first learn", "first moved FX" }));
 

@@ -4,6 +4,8 @@
 #include "framework/IntParameter.h"
 #include "framework/StringParameter.h"
 
+#include <juce_events/juce_events.h>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,7 +13,7 @@
 
 namespace
 {
-    struct CountingListener : Parameter::Listener
+    struct CountingListener : Parameter::Listener, Parameter::ImmediateListener
     {
         void parameterChanged (Parameter& p) override
         {
@@ -22,6 +24,13 @@ namespace
                 order->push_back (this);
         }
 
+        void parameterChanged (Parameter& p, ChangeOrigin origin) override
+        {
+            lastOrigin = origin;
+            parameterChanged (p);
+        }
+
+        ChangeOrigin lastOrigin = ChangeOrigin::quiet;
         int calls = 0;
         float lastValue = -1.0f;
         std::thread::id thread;
@@ -33,29 +42,29 @@ TEST (FloatParameter, EverySetterConvertsIntoTheRangeAndClamps)
 {
     FloatParameter decay (21, "Decay Time", 0.0f, 1000.0f, 0.0f);
     const struct { void (*set) (Parameter&); float value; } cases[] = {
-        { [] (Parameter& p) { p.setNormalisedValue (1.7f, false); }, 1000.0f },
-        { [] (Parameter& p) { p.setNormalisedValue (-0.2f, false); }, 0.0f },
-        { [] (Parameter& p) { p.setNormalisedValue (0.25f, false); }, 250.0f },
-        { [] (Parameter& p) { p.setValue (std::nanf (""), false); }, 0.0f }, // NaN compares false with both bounds
-        { [] (Parameter& p) { p.setText ("abc", false); }, 0.0f },
-        { [] (Parameter& p) { p.setText ("250", false); }, 250.0f },
-        { [] (Parameter& p) { p.setIntValue (3000, false); }, 1000.0f },
-        { [] (Parameter& p) { p.setBoolValue (true, false); }, 1000.0f },
-        { [] (Parameter& p) { p.setBoolValue (false, false); }, 0.0f },
+        { [] (Parameter& p) { p.setNormalisedValue (1.7f, ChangeOrigin::quiet); }, 1000.0f },
+        { [] (Parameter& p) { p.setNormalisedValue (-0.2f, ChangeOrigin::quiet); }, 0.0f },
+        { [] (Parameter& p) { p.setNormalisedValue (0.25f, ChangeOrigin::quiet); }, 250.0f },
+        { [] (Parameter& p) { p.setValue (std::nanf (""), ChangeOrigin::quiet); }, 0.0f }, // NaN compares false with both bounds
+        { [] (Parameter& p) { p.setText ("abc", ChangeOrigin::quiet); }, 0.0f },
+        { [] (Parameter& p) { p.setText ("250", ChangeOrigin::quiet); }, 250.0f },
+        { [] (Parameter& p) { p.setIntValue (3000, ChangeOrigin::quiet); }, 1000.0f },
+        { [] (Parameter& p) { p.setBoolValue (true, ChangeOrigin::quiet); }, 1000.0f },
+        { [] (Parameter& p) { p.setBoolValue (false, ChangeOrigin::quiet); }, 0.0f },
     };
 
     for (size_t i = 0; i < std::size (cases); ++i)
     {
-        decay.setValue (700.0f, false);
+        decay.setValue (700.0f, ChangeOrigin::quiet);
         cases[i].set (decay);
         EXPECT_EQ (decay.getValue(), cases[i].value) << "case " << i;
     }
 
     // The flag is the upper half of the range, the midpoint included.
-    decay.setValue (500.0f, false);
+    decay.setValue (500.0f, ChangeOrigin::quiet);
     EXPECT_FLOAT_EQ (decay.getNormalisedValue(), 0.5f);
     EXPECT_TRUE (decay.getBoolValue());
-    decay.setValue (std::nextafter (500.0f, 0.0f), false);
+    decay.setValue (std::nextafter (500.0f, 0.0f), ChangeOrigin::quiet);
     EXPECT_FALSE (decay.getBoolValue());
 
     FloatParameter signedRange (1, "Offset", -5.0f, 5.0f, -2.7f);
@@ -77,7 +86,7 @@ TEST (ParameterNotification, ClonesCopyAllButListenersAndOnlyRealChangesNotify)
         CountingListener listener;
         p->addImmediateListener (&listener);
         p->setAutomatable (true);
-        p->setText (p->getText(), true);
+        p->setText (p->getText(), ChangeOrigin::editor);
         EXPECT_EQ (listener.calls, 0) << p->getName() << ": the same value again";
 
         auto copy = p->clone();
@@ -85,24 +94,24 @@ TEST (ParameterNotification, ClonesCopyAllButListenersAndOnlyRealChangesNotify)
         EXPECT_EQ (copy->getName(), p->getName());
         EXPECT_TRUE (copy->isAutomatable());
         EXPECT_EQ (copy->getNormalisedValue(), p->getNormalisedValue()) << p->getName();
-        copy->setBoolValue (! copy->getBoolValue(), true);
+        copy->setBoolValue (! copy->getBoolValue(), ChangeOrigin::editor);
         EXPECT_EQ (listener.calls, 0) << p->getName() << ": a clone has no listeners";
 
-        p->copyValueFrom (*copy, true);
-        p->setBoolValue (copy->getBoolValue(), true);
+        p->copyValueFrom (*copy, ChangeOrigin::editor);
+        p->setBoolValue (copy->getBoolValue(), ChangeOrigin::editor);
         EXPECT_EQ (listener.calls, 1) << p->getName();
         EXPECT_EQ (p->getText(), copy->getText());
 
         const auto before = p->getBoolValue();
-        p->setBoolValue (! before, false);
+        p->setBoolValue (! before, ChangeOrigin::quiet);
         EXPECT_NE (p->getBoolValue(), before) << p->getName();
         p->removeImmediateListener (&listener);
-        p->setBoolValue (before, true);
+        p->setBoolValue (before, ChangeOrigin::editor);
         EXPECT_EQ (listener.calls, 1) << p->getName();
     }
 }
 
-TEST (ParameterNotification, ImmediateListenersRunOnTheWriterAndDeferredOnesOnceOnTheMessageThread)
+TEST (ParameterNotification, ImmediateListenersHearTheOriginOnTheWriterAndDeferredOnesOnceWhenFlushed)
 {
     FloatParameter p (0, "Level");
     std::vector<const CountingListener*> order;
@@ -117,28 +126,32 @@ TEST (ParameterNotification, ImmediateListenersRunOnTheWriterAndDeferredOnesOnce
     std::thread ([&] {
         writer = std::this_thread::get_id();
         for (const auto value : { 0.1f, 0.2f, 0.3f })
-            p.setValue (value, true);
+            p.setValue (value, ChangeOrigin::midi);
     }).join();
 
     EXPECT_EQ (order, (std::vector<const CountingListener*> { &second, &first, &second, &first, &second, &first })) << "last added first; a second add is ignored";
     EXPECT_EQ (first.thread, writer);
     EXPECT_EQ (first.lastValue, 0.3f);
+    EXPECT_EQ (first.lastOrigin, ChangeOrigin::midi);
 
-    const auto runMessageLoop = [] { juce::MessageManager::getInstance()->runDispatchLoopUntil (30); };
+    // Nothing is posted: the owner's poll delivers what is pending, once.
+    juce::MessageManager::getInstance()->runDispatchLoopUntil (30);
     EXPECT_EQ (deferred.calls, 0);
-    runMessageLoop();
+    EXPECT_TRUE (p.hasDeferredNotification());
+    p.flushDeferredNotification();
+    p.flushDeferredNotification();
     EXPECT_EQ (deferred.calls, 1);
     EXPECT_FLOAT_EQ (deferred.lastValue, 0.3f);
-    EXPECT_TRUE (juce::MessageManager::getInstance()->isThisTheMessageThread()
-                 && deferred.thread == std::this_thread::get_id());
 
-    p.setValue (0.5f, true);
-    runMessageLoop();
-    EXPECT_EQ (deferred.calls, 2) << "a later change posts again";
+    p.setValue (0.5f, ChangeOrigin::host);
+    EXPECT_EQ (first.lastOrigin, ChangeOrigin::host);
+    p.flushDeferredNotification();
+    EXPECT_EQ (deferred.calls, 2) << "a later change is pending again";
 
-    p.setValue (0.9f, false);
-    runMessageLoop();
+    p.setValue (0.9f, ChangeOrigin::quiet);
+    p.flushDeferredNotification();
     EXPECT_EQ (deferred.calls, 2);
+    EXPECT_EQ (first.lastValue, 0.5f) << "a quiet change tells nobody";
 }
 
 TEST (ParameterKinds, EachReadsTextAndNumbersInItsOwnUnitAndClonesItsValue)
@@ -152,25 +165,25 @@ TEST (ParameterKinds, EachReadsTextAndNumbersInItsOwnUnitAndClonesItsValue)
 
     // In order: each row starts from the value the row before left.
     const struct { Parameter& p; void (*set) (Parameter&); juce::String text; } rows[] = {
-        { number, [] (Parameter& p) { p.setNormalisedValue (1.0f, false); }, "127" },
-        { number, [] (Parameter& p) { p.setNormalisedValue (0.5f, false); }, "64" },
-        { number, [] (Parameter& p) { p.setIntValue (500, false); }, "127" },
-        { number, [] (Parameter& p) { p.setText ("12", false); }, "12" },
-        { number, [] (Parameter& p) { p.setValue (std::nanf (""), false); }, "0" },
-        { note, [] (Parameter& p) { p.setIntValue (60, false); }, "C4" },
-        { note, [] (Parameter& p) { p.setText ("a4", false); }, "A4" },
-        { note, [] (Parameter& p) { p.setText ("-3", false); }, "C-1" },
-        { state, [] (Parameter& p) { p.setText ("true", false); }, "true" },
-        { state, [] (Parameter& p) { p.setText ("0", false); }, "false" },
-        { state, [] (Parameter& p) { p.setNormalisedValue (0.5f, false); }, "true" },
-        { state, [] (Parameter& p) { p.setIntValue (0, false); }, "false" },
-        { state, [] (Parameter& p) { p.setIntValue (7, false); }, "true" },
-        { mode, [] (Parameter& p) { p.setText ("HIGH", false); }, "high" },
-        { mode, [] (Parameter& p) { p.setNormalisedValue (0.5f, false); }, "medium" },
-        { mode, [] (Parameter& p) { p.setValue (9.0f, false); }, "high" },
-        { mode, [] (Parameter& p) { p.setText ("0", false); }, "low" },
-        { name, [] (Parameter& p) { p.setText (juce::String::repeatedString ("x", 40), false); }, juce::String::repeatedString ("x", 32) },
-        { name, [] (Parameter& p) { p.setIntValue (42, false); }, "42" },
+        { number, [] (Parameter& p) { p.setNormalisedValue (1.0f, ChangeOrigin::quiet); }, "127" },
+        { number, [] (Parameter& p) { p.setNormalisedValue (0.5f, ChangeOrigin::quiet); }, "64" },
+        { number, [] (Parameter& p) { p.setIntValue (500, ChangeOrigin::quiet); }, "127" },
+        { number, [] (Parameter& p) { p.setText ("12", ChangeOrigin::quiet); }, "12" },
+        { number, [] (Parameter& p) { p.setValue (std::nanf (""), ChangeOrigin::quiet); }, "0" },
+        { note, [] (Parameter& p) { p.setIntValue (60, ChangeOrigin::quiet); }, "C4" },
+        { note, [] (Parameter& p) { p.setText ("a4", ChangeOrigin::quiet); }, "A4" },
+        { note, [] (Parameter& p) { p.setText ("-3", ChangeOrigin::quiet); }, "C-1" },
+        { state, [] (Parameter& p) { p.setText ("true", ChangeOrigin::quiet); }, "true" },
+        { state, [] (Parameter& p) { p.setText ("0", ChangeOrigin::quiet); }, "false" },
+        { state, [] (Parameter& p) { p.setNormalisedValue (0.5f, ChangeOrigin::quiet); }, "true" },
+        { state, [] (Parameter& p) { p.setIntValue (0, ChangeOrigin::quiet); }, "false" },
+        { state, [] (Parameter& p) { p.setIntValue (7, ChangeOrigin::quiet); }, "true" },
+        { mode, [] (Parameter& p) { p.setText ("HIGH", ChangeOrigin::quiet); }, "high" },
+        { mode, [] (Parameter& p) { p.setNormalisedValue (0.5f, ChangeOrigin::quiet); }, "medium" },
+        { mode, [] (Parameter& p) { p.setValue (9.0f, ChangeOrigin::quiet); }, "high" },
+        { mode, [] (Parameter& p) { p.setText ("0", ChangeOrigin::quiet); }, "low" },
+        { name, [] (Parameter& p) { p.setText (juce::String::repeatedString ("x", 40), ChangeOrigin::quiet); }, juce::String::repeatedString ("x", 32) },
+        { name, [] (Parameter& p) { p.setIntValue (42, ChangeOrigin::quiet); }, "42" },
     };
 
     for (const auto& row : rows)
@@ -180,7 +193,7 @@ TEST (ParameterKinds, EachReadsTextAndNumbersInItsOwnUnitAndClonesItsValue)
         EXPECT_EQ (row.p.clone()->getText(), row.text) << row.p.getName();
     }
 
-    number.setIntValue (50, false);
+    number.setIntValue (50, ChangeOrigin::quiet);
     EXPECT_FLOAT_EQ (number.getNormalisedValue(), 50.0f / 127.0f);
     EXPECT_EQ (note.getIntValue(), 0);
     EXPECT_EQ (mode.getNormalisedValue(), 0.0f);
@@ -188,7 +201,7 @@ TEST (ParameterKinds, EachReadsTextAndNumbersInItsOwnUnitAndClonesItsValue)
     EXPECT_TRUE (dynamic_cast<BoolParameter&> (*state.clone()).isState());
 
     EnumParameter empty (10, "Empty", {});
-    empty.setNormalisedValue (1.0f, false);
+    empty.setNormalisedValue (1.0f, ChangeOrigin::quiet);
     EXPECT_EQ (empty.getIntValue(), 0);
     EXPECT_EQ (empty.getText(), "");
 }

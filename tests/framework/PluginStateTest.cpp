@@ -32,13 +32,14 @@ TEST (PluginState, AProjectComesBackWholeIntoAFreshInstance)
     source.getParameters()[0]->setValue (0.1234567f);
     source.setHostParameterValue (6, 0.8125f);
     source.setHostParameterValue (18, 0.375f);
-    source.getPluginParameter (20)->setNormalisedValue (CorvelleEffect::qualityStepSize, true);
+    source.getPluginParameter (20)->setNormalisedValue (CorvelleEffect::qualityStepSize, ChangeOrigin::editor);
 
     // Bound the way a user does it: touch "FX", then move controller 33.
     auto& midi = source.getMidiControl();
     midi.setLearnMode (true);
     midi.learnFromParameter (*source.getPluginParameter (18));
     processWithController (source, 33, 127);
+    juce::MessageManager::getInstance()->runDispatchLoopUntil (50);
     midi.setLearnMode (false);
     ASSERT_EQ (midi.getParameterAt (33), source.getPluginParameter (18));
 

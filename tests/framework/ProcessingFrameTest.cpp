@@ -15,15 +15,9 @@ namespace
 
         void reset() override {}
         void prepare (double, int) override {}
-        // What is set directly and what is handed over count alike here.
-        void setParameter (uint32_t index, float value) override { parameters.emplace_back (index, value); }
         void postParameter (uint32_t index, float value) noexcept override { parameters.emplace_back (index, value); }
-        void setQuality (unsigned q) override { quality = (int) q; }
         void postQuality (unsigned q) noexcept override { quality = (int) q; }
-        void beginPresetChange() override {}
         void postPresetChange() noexcept override {}
-        void setTempo (double) override {}
-        void clockEvent (int, const Clock&) override {}
         int getLatency() const override { return 32; }
         void setPresetChangeTarget (PresetChangeTarget*) noexcept override {}
         bool isPresetFadeActive() const noexcept override { return false; }
@@ -54,6 +48,7 @@ namespace
 
         juce::String getPluginName() const override { return "Quorlane"; }
         double getTailLengthSeconds() const override { return 0.0; }
+        juce::AudioProcessorEditor* createEditor() override { return nullptr; }
 
         std::unique_ptr<Core> createCore() override
         {
@@ -188,7 +183,7 @@ TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
     ASSERT_EQ (core.quality, 0);
     core.parameters.clear();
 
-    fx.getPluginParameter (3)->setNormalisedValue (0.8f, true);
+    fx.getPluginParameter (3)->setNormalisedValue (0.8f, ChangeOrigin::editor);
     ASSERT_EQ (core.parameters.size(), 1u);
     EXPECT_EQ (core.parameters[0], (std::pair<uint32_t, float> { 3, 0.8f }));
 
@@ -197,7 +192,7 @@ TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
 
     for (const auto& s : steps)
     {
-        quality->setNormalisedValue (s.value, true);
+        quality->setNormalisedValue (s.value, ChangeOrigin::editor);
         EXPECT_EQ (core.quality, s.step) << s.value;
         EXPECT_EQ (fx.getCurrentQualityStep(), s.step);
     }

@@ -6,59 +6,36 @@
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
 #include "../support/SharedLibrary.h"
+#include "../support/Vst2Abi.h"
 #include "../support/WindowManagerAtoms.h"
+#include "../support/EditorFollowWatch.h"
 #include "framework/UserSettingsFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <limits>
 #include <random>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <set>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace
 {
-    struct Effect;
-    using Dispatcher = intptr_t (*) (Effect*, int32_t, int32_t, intptr_t, void*, float);
-    using ProcessFn = void (*) (Effect*, float**, float**, int32_t);
-
-    struct Effect
-    {
-        int32_t magic;
-        Dispatcher dispatcher;
-        ProcessFn process;
-        void (*setParameter) (Effect*, int32_t, float);
-        float (*getParameter) (Effect*, int32_t);
-        int32_t numPrograms, numParams, numInputs, numOutputs;
-        int32_t flags;
-        intptr_t reserved1, reserved2;
-        int32_t initialDelay, realQualities, offQualities;
-        float ioRatio;
-        void *object, *user;
-        int32_t uniqueID, version;
-        ProcessFn processReplacing;
-        void* processDoubleReplacing;
-        char future[56];
-    };
-
-    static_assert (offsetof (Effect, flags) == 56 && offsetof (Effect, initialDelay) == 80
-                   && offsetof (Effect, uniqueID) == 112 && offsetof (Effect, processReplacing) == 120);
-
-    enum Opcode
-    {
-        effOpen = 0, effClose = 1, effGetProgram = 3, effGetProgramName = 5,
-        effGetParamLabel = 6, effGetParamDisplay = 7, effGetParamName = 8, effSetSampleRate = 10,
-        effSetBlockSize = 11, effMainsChanged = 12, effGetChunk = 23, effSetChunk = 24,
-        effEditGetRect = 13, effEditOpen = 14, effEditClose = 15, effEditIdle = 19, effCanBeAutomated = 26,
-        effGetProgramNameIndexed = 29, effGetEffectName = 45,
-        effGetVendorString = 47, effGetProductString = 48, effGetVendorVersion = 49, effCanDo = 51,
-        effGetTailSize = 52, effGetVstVersion = 58, effStartProcess = 71, effStopProcess = 72
-    };
+    using namespace Vst2;
 
     struct EditorRect
     {
@@ -66,6 +43,14 @@ namespace
     };
 
     constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32;
+
+    // The build's own plug-in, or an installed copy named by
+    // QUORLANE_VST2_PLUGIN: the package tests load what each install put in place.
+    std::string pluginPath()
+    {
+        const auto installed = environmentVariable ("QUORLANE_VST2_PLUGIN");
+        return installed.empty() ? QUORLANE_VST2_PATH : installed;
+    }
 
     intptr_t host (Effect*, int32_t opcode, int32_t, intptr_t, void*, float)
     {
@@ -115,7 +100,7 @@ namespace
 
         void setChunk (const std::string& chunk) { call (effSetChunk, 0, (intptr_t) chunk.size(), const_cast<char*> (chunk.data())); }
 
-        const SharedLibrary library { QUORLANE_VST2_PATH };
+        const SharedLibrary library { pluginPath().c_str() };
         Effect* effect = nullptr;
     };
 
@@ -123,6 +108,9 @@ namespace
     {
         return c[0] << 24 | c[1] << 16 | c[2] << 8 | c[3];
     }
+
+    // Where the plug-in reads its user settings in this process.
+    std::filesystem::path settingsFolder;
 
     // The plug-in reads user settings when it starts (never the real user's)
     // and looks up the window manager's atoms.
@@ -132,16 +120,51 @@ namespace
         void SetUp() override
         {
             createWindowManagerAtoms();
-            path = std::filesystem::temp_directory_path() / ("quorlane-vst2-" + std::to_string (std::random_device()()));
-            ASSERT_TRUE (std::filesystem::create_directory (path));
-            setEnvironmentVariable (userSettingsFolderVariable, (const char*) path.u8string().c_str());
+            settingsFolder = std::filesystem::temp_directory_path() / ("quorlane-vst2-" + std::to_string (std::random_device()()));
+            ASSERT_TRUE (std::filesystem::create_directory (settingsFolder));
+            setEnvironmentVariable (userSettingsFolderVariable, (const char*) settingsFolder.u8string().c_str());
         }
 
-        void TearDown() override { std::filesystem::remove_all (path); }
-
-    private:
-        std::filesystem::path path;
+        void TearDown() override { std::filesystem::remove_all (settingsFolder); }
     };
+
+    // User settings that new instances start with, for as long as it lives.
+    struct ScopedSettings
+    {
+        explicit ScopedSettings (const std::string& document)
+        {
+            std::filesystem::create_directories (file.parent_path());
+            std::ofstream (file) << document;
+        }
+
+        ~ScopedSettings() { std::filesystem::remove (file); }
+
+        const std::filesystem::path file = settingsFolder / "Quorlane" / "Quorlane.ini";
+    };
+
+    // The value a saved state keeps for a parameter in its current preset:
+    // the n-th Preset of the bank, n being the state's current preset.
+    double storedInCurrentPreset (const std::string& state, const std::string& parameter)
+    {
+        const auto presets = state.find ("<PresetsState");
+        const auto current = state.find ("currentPreset=\"", presets);
+
+        if (presets == std::string::npos || current == std::string::npos)
+            return -1.0;
+
+        auto at = state.find ("<PresetBank", presets);
+
+        for (int n = std::stoi (state.substr (current + 15)); at != std::string::npos && n >= 0; --n)
+            at = state.find ("<Preset ", at + 1);
+
+        const auto end = state.find ("</Preset>", at);
+        const auto param = state.find ("name=\"" + parameter + "\" value=\"", at);
+
+        if (at == std::string::npos || param == std::string::npos || param > end)
+            return -1.0;
+
+        return std::stod (state.substr (param + parameter.size() + 15));
+    }
 
     [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
 
@@ -306,31 +329,175 @@ TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
     plugin.call (effMainsChanged, 0, 0);
 }
 
-// The editor opens inside a window of the host's, at the skin's size, lives
-// through the host's idle calls and an automated parameter, and closes again.
-TEST_F (Vst2Abi, OpensTheEditorInAHostWindow)
+// As a DAW runs the plug-in: the editor open in a window of the host's, at
+// the skin's size, with the host's idle calls every 10 ms, automation played
+// on an audio thread of its own in real time. The knob and the decay display follow the automated
+// "Late Size" within 100 ms, and with automatic storing on, the value is
+// stored into the current preset.
+TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
 {
+    const ScopedSettings settings ("<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+    Vst2Plugin plugin;
+    ASSERT_NE (plugin.effect, nullptr);
     NativeParentWindow parent;
     ASSERT_NE (parent.handle(), nullptr) << "no window system";
+
+    constexpr int32_t lateSize = 6, blockSize = 256;
+    plugin.call (effSetSampleRate, 0, 0, nullptr, 48000.0f);
+    plugin.call (effSetBlockSize, 0, blockSize);
+    plugin.call (effMainsChanged, 0, 1);
+    plugin.call (effStartProcess);
 
     EditorRect* rect = nullptr;
     ASSERT_NE (plugin.call (effEditGetRect, 0, 0, &rect), 0);
     ASSERT_NE (rect, nullptr);
     EXPECT_EQ (rect->right - rect->left, 633);
     EXPECT_EQ (rect->bottom - rect->top, 207);
-
     ASSERT_NE (plugin.call (effEditOpen, 0, 0, parent.handle()), 0);
 
-    for (int i = 0; i < 20; ++i)
+    using Clock = EditorFollowWatch::Clock;
+    const auto idleFor = [&] (std::chrono::milliseconds duration, const std::function<bool()>& until = {})
     {
-        if (i == 10)
-            plugin.set (3, 0.5f);
+        for (const auto end = Clock::now() + duration; Clock::now() < end;)
+        {
+            parent.dispatchEvents();
+            plugin.call (effEditIdle);
 
-        parent.dispatchEvents();
-        plugin.call (effEditIdle);
-    }
+            if (until && until())
+                return true;
+
+            std::this_thread::sleep_for (std::chrono::milliseconds (10));
+        }
+
+        return false;
+    };
+
+    idleFor (std::chrono::milliseconds (300));
+    EditorFollowWatch watch (parent.handle());
+    ASSERT_TRUE (watch.canSee());
+
+    std::atomic<bool> playing { true };
+    std::atomic<Clock::rep> automatedAt { 0 };
+    std::thread audio ([&]
+    {
+        std::vector<float> left (blockSize), right (blockSize);
+        float* channels[] = { left.data(), right.data() };
+
+        for (int block = 0; playing; ++block)
+        {
+            if (block == 20)
+            {
+                plugin.set (lateSize, 0.9f);
+                automatedAt = Clock::now().time_since_epoch().count();
+            }
+
+            std::fill (left.begin(), left.end(), 0.0f);
+            std::fill (right.begin(), right.end(), 0.0f);
+            plugin.effect->processReplacing (plugin.effect, channels, channels, blockSize);
+            std::this_thread::sleep_for (std::chrono::microseconds (5333));
+        }
+    });
+
+    idleFor (std::chrono::seconds (2), [&] { return automatedAt != 0; });
+    const auto automated = Clock::time_point (Clock::duration (automatedAt.load()));
+    idleFor (std::chrono::seconds (1), [&] { return watch.look(); });
+    idleFor (std::chrono::milliseconds (200));
+    playing = false;
+    audio.join();
+
+    watch.expectFollowed (automated);
+    EXPECT_NEAR (storedInCurrentPreset (plugin.chunk(), "Late Size"), 0.9, 1e-6);
 
     plugin.call (effEditClose);
-    parent.dispatchEvents();
-    EXPECT_FLOAT_EQ (plugin.get (3), 0.5f);
+    plugin.call (effStopProcess);
+    plugin.call (effMainsChanged, 0, 0);
+}
+
+namespace
+{
+    // Host callbacks that each note which effects called them.
+    std::mutex callersLock;
+    std::map<int, std::set<Effect*>> callers;
+
+    template <int host>
+    intptr_t countingHost (Effect* effect, int32_t opcode, int32_t, intptr_t, void*, float)
+    {
+        if (opcode == 1)
+            return 2400;
+
+        if (effect != nullptr)
+        {
+            const std::lock_guard<std::mutex> lock (callersLock);
+            callers[host].insert (effect);
+        }
+
+        return 0;
+    }
+
+    template <int... hosts>
+    constexpr std::array<Dispatcher, sizeof... (hosts)> countingHosts (std::integer_sequence<int, hosts...>)
+    {
+        return { &countingHost<hosts>... };
+    }
+}
+
+// Three hundred instances alive at once, opened eight at a time on eight
+// threads, each by a host of its own: every instance calls back the host
+// that opened it, and only that one.
+TEST (Vst2Hosting, EveryInstanceCallsBackTheHostThatOpenedIt)
+{
+    constexpr int hosts = 8, perHost = 38;
+    const auto hostCallbacks = countingHosts (std::make_integer_sequence<int, hosts> {});
+    const SharedLibrary library { QUORLANE_VST2_PATH };
+    const auto main = reinterpret_cast<Effect* (*) (Dispatcher)> (library.symbol ("VSTPluginMain"));
+    ASSERT_NE (main, nullptr);
+
+    std::array<std::vector<Effect*>, hosts> opened;
+    std::vector<std::thread> openers;
+
+    for (int h = 0; h < hosts; ++h)
+        openers.emplace_back ([&, h]
+        {
+            for (int i = 0; i < perHost; ++i)
+                if (auto* effect = main (hostCallbacks[(size_t) h]))
+                    opened[(size_t) h].push_back (effect);
+        });
+
+    for (auto& t : openers)
+        t.join();
+
+    // Each instance processes a block, asking its host for the time.
+    std::vector<float> silence (64);
+    float* channels[] = { silence.data(), silence.data() };
+
+    for (auto& effects : opened)
+    {
+        ASSERT_EQ (effects.size(), (size_t) perHost);
+
+        for (auto* effect : effects)
+        {
+            effect->dispatcher (effect, effOpen, 0, 0, nullptr, 0.0f);
+            std::string name (256, '\0');
+            effect->dispatcher (effect, effGetParamName, 6, 0, name.data(), 0.0f);
+            EXPECT_STREQ (name.c_str(), "Late Size");
+            effect->dispatcher (effect, effSetSampleRate, 0, 0, nullptr, 48000.0f);
+            effect->dispatcher (effect, effSetBlockSize, 0, 64, nullptr, 0.0f);
+            effect->dispatcher (effect, effMainsChanged, 0, 1, nullptr, 0.0f);
+            effect->processReplacing (effect, channels, channels, 64);
+        }
+    }
+
+    for (int h = 0; h < hosts; ++h)
+    {
+        for (auto* effect : opened[(size_t) h])
+        {
+            EXPECT_EQ (callers[h].count (effect), 1u) << "host " << h << " never heard from its instance";
+
+            for (int other = 0; other < hosts; ++other)
+                EXPECT_TRUE (other == h || callers[other].count (effect) == 0) << "host " << other << " heard from host " << h << "'s instance";
+
+            effect->dispatcher (effect, effMainsChanged, 0, 0, nullptr, 0.0f);
+            effect->dispatcher (effect, effClose, 0, 0, nullptr, 0.0f);
+        }
+    }
 }

@@ -61,8 +61,8 @@ namespace
         plugin.setMixLock (locked);
         plugin.setPlayConfigDetails (2, 2, 48000.0, blockSize);
         plugin.prepareToPlay (48000.0, blockSize);
-        plugin.getPluginParameter (wetGain)->setNormalisedValue (myWetGain, true);
-        plugin.getPluginParameter (fx)->setNormalisedValue (myFx, true);
+        plugin.getPluginParameter (wetGain)->setNormalisedValue (myWetGain, ChangeOrigin::editor);
+        plugin.getPluginParameter (fx)->setNormalisedValue (myFx, ChangeOrigin::editor);
 
         path.change (plugin);
         processBlocks (plugin, 40); // past a silent change's quiet point
@@ -110,7 +110,7 @@ TEST (MixLock, TheOptionIsKeptAndTheProjectKeepsItsEffect)
         EXPECT_FALSE (plugin.isMixLocked()) << "off by default";
         EXPECT_EQ (plugin.getMixParameterNames(), juce::StringArray ({ "Wet Gain", "FX" }));
         plugin.setMixLock (true);
-        plugin.getPluginParameter (fx)->setNormalisedValue (myFx, true);
+        plugin.getPluginParameter (fx)->setNormalisedValue (myFx, ChangeOrigin::editor);
         plugin.changeToPreset (12);
         plugin.getStateInformation (chunk);
     }

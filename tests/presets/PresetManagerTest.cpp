@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace
 {
     struct CountingListener : BasePluginOldStyle::PresetManagerListener
@@ -25,7 +27,8 @@ namespace
     juce::String presetNameParameter (Quorlane& p) { return p.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText(); }
     int presetNumberParameter (Quorlane& p) { return p.getPluginParameter (BasePluginOldStyle::currentPresetNumberIndex)->getIntValue(); }
 
-    void runMessageLoop() { juce::MessageManager::getInstance()->runDispatchLoopUntil (20); }
+    // Long enough for the plug-in's message-thread poll to run.
+    void runMessageLoop() { juce::MessageManager::getInstance()->runDispatchLoopUntil (50); }
 
     void prepare (Quorlane& plugin, int blockSize)
     {
@@ -84,7 +87,7 @@ TEST (PresetManager, SteppingStopsAtEitherEndSelectingAloneDoesNotApplyAndProgra
     EXPECT_EQ (presetNumberParameter (plugin), 127);
     EXPECT_NE (liveValues (plugin), plugin.getSlot (127)->values) << "selecting does not apply";
 
-    plugin.getPluginParameter (3)->setNormalisedValue (0.123f, true);
+    plugin.getPluginParameter (3)->setNormalisedValue (0.123f, ChangeOrigin::editor);
     plugin.selectNextPreset();
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 127u);
     EXPECT_EQ (plugin.getPluginParameter (3)->getNormalisedValue(), 0.123f);
@@ -123,7 +126,7 @@ TEST (PresetManager, EditingTouchesOnlyTheCurrentSlotAndStoringFollowsItsMode)
     EXPECT_EQ (liveValues (plugin), hall);
     EXPECT_EQ (plugin.getSlotName (25), "Concert hall");
 
-    plugin.getPluginParameter (0)->setNormalisedValue (0.9f, true);
+    plugin.getPluginParameter (0)->setNormalisedValue (0.9f, ChangeOrigin::editor);
     EXPECT_NE (plugin.getSlot (60)->values[0], 0.9f) << "on-demand storing waits for store";
     plugin.storeCurrentPreset();
     EXPECT_EQ (plugin.getSlot (60)->values[0], 0.9f);
@@ -142,12 +145,31 @@ TEST (PresetManager, EditingTouchesOnlyTheCurrentSlotAndStoringFollowsItsMode)
     ASSERT_EQ (plugin.getGroups().size(), 1u);
     EXPECT_EQ (plugin.getGroups()[0].count, 128);
 
-    // Automatic storing keeps the current slot in step, and only that one.
+    // Automatic storing keeps the current slot in step, and only that one,
+    // also for an edit made on the audio thread just before a program change
+    // that the message thread has not yet stored.
     plugin.changeToPreset (2);
     plugin.setStoringMode (BasePluginOldStyle::automaticStoring);
-    plugin.getPluginParameter (7)->setNormalisedValue (0.3f, true);
+    plugin.getPluginParameter (7)->setNormalisedValue (0.3f, ChangeOrigin::editor);
     EXPECT_EQ (plugin.getSlot (2)->values[7], 0.3f);
     EXPECT_NE (plugin.getSlot (3)->values[7], 0.3f);
+
+    const auto slot4 = plugin.getSlot (4)->values;
+    plugin.setPlayConfigDetails (2, 2, 48000.0, 64);
+    plugin.prepareToPlay (48000.0, 64);
+    std::thread ([&plugin]
+    {
+        juce::AudioBuffer<float> buffer (2, 64);
+        juce::MidiBuffer midi;
+        plugin.getParameters()[8]->setValue (0.625f);
+        midi.addEvent (juce::MidiMessage::programChange (1, 4), 0);
+        plugin.processBlock (buffer, midi);
+    }).join();
+
+    runMessageLoop();
+    EXPECT_EQ (plugin.getSlot (2)->values[8], 0.625f) << "stored where it was made";
+    EXPECT_EQ (plugin.getSlot (4)->values, slot4);
+    EXPECT_EQ (liveValues (plugin), slot4);
 }
 
 TEST (PresetManager, EveryRenameCutsNamesByOneRuleSoSlotAndNameParameterAgree)
@@ -161,7 +183,7 @@ TEST (PresetManager, EveryRenameCutsNamesByOneRuleSoSlotAndNameParameterAgree)
     auto& nameParameter = *plugin.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex);
 
     // The name display commits into the parameter; the slot follows it.
-    nameParameter.setText (ascii33, true);
+    nameParameter.setText (ascii33, ChangeOrigin::editor);
     EXPECT_EQ (plugin.getSlotName (5), ascii33.substring (0, 32));
 
     for (const auto& name : { ascii33, multiByte })
@@ -324,7 +346,7 @@ TEST (PresetManager, TheProjectStateKeepsTheCurrentPresetTheWholeBankAndEveryPar
 {
     Quorlane source;
     source.changeToPreset (9);
-    source.getPluginParameter (1)->setNormalisedValue (0.1f, true);
+    source.getPluginParameter (1)->setNormalisedValue (0.1f, ChangeOrigin::editor);
     juce::MemoryBlock chunk;
     source.getStateInformation (chunk);
 

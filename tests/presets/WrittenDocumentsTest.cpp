@@ -21,7 +21,7 @@ namespace
     void setUp (Quorlane& plugin)
     {
         for (uint32_t i = 0; i < 20; ++i)
-            plugin.getPluginParameter (i)->setNormalisedValue (0.013f + 0.0371f * (float) i + 1.0e-7f * (float) (i * i), true);
+            plugin.getPluginParameter (i)->setNormalisedValue (0.013f + 0.0371f * (float) i + 1.0e-7f * (float) (i * i), ChangeOrigin::editor);
 
         plugin.storeSlot (editedSlot);
         plugin.renameSlot (editedSlot, slotName);

@@ -1,4 +1,5 @@
 #include "BrowserArt.h"
+#include "IconArt.h"
 #include "PanelArt.h"
 #include "SkinDocument.h"
 
@@ -10,7 +11,8 @@
 
 // quorlane-art draws the editor's images and writes skin.xml into the
 // resources folder; `make art` runs it. With --preview it also writes a
-// picture of the assembled panel for checking the look.
+// picture of the assembled panel for checking the look, and with --icons the
+// application's icons for the Linux packages.
 namespace
 {
     int fail (const juce::String& message)
@@ -55,8 +57,23 @@ int main (int argc, char* argv[])
 {
     const juce::ScopedJuceInitialiser_GUI juce;
 
-    if (argc != 2 && ! (argc == 4 && juce::String (argv[2]) == "--preview"))
-        return fail ("usage: quorlane-art RESOURCES_FOLDER [--preview PREVIEW.png]");
+    juce::String previewPath, iconsPath;
+    bool usable = argc >= 2 && argc % 2 == 0;
+
+    for (int i = 2; usable && i < argc; i += 2)
+    {
+        const juce::String option (argv[i]);
+
+        if (option == "--preview")
+            previewPath = argv[i + 1];
+        else if (option == "--icons")
+            iconsPath = argv[i + 1];
+        else
+            usable = false;
+    }
+
+    if (! usable)
+        return fail ("usage: quorlane-art RESOURCES_FOLDER [--preview PREVIEW.png] [--icons ICON_FOLDER]");
 
     const auto folder = juce::File::getCurrentWorkingDirectory().getChildFile (argv[1]);
 
@@ -100,9 +117,9 @@ int main (int argc, char* argv[])
 
     std::cout << "wrote " << art.size() + doubled.size() << " images and skin.xml to " << folder.getFullPathName() << std::endl;
 
-    if (argc == 4)
+    if (previewPath.isNotEmpty())
     {
-        const auto previewFile = juce::File::getCurrentWorkingDirectory().getChildFile (argv[3]);
+        const auto previewFile = juce::File::getCurrentWorkingDirectory().getChildFile (previewPath);
 
         const auto parameters = juce::parseXML (parameterDescription);
 
@@ -113,6 +130,22 @@ int main (int argc, char* argv[])
             return fail ("cannot write " + previewFile.getFullPathName());
 
         std::cout << "wrote " << previewFile.getFullPathName() << std::endl;
+    }
+
+    if (iconsPath.isNotEmpty())
+    {
+        const auto iconFolder = juce::File::getCurrentWorkingDirectory().getChildFile (iconsPath);
+
+        if (! iconFolder.createDirectory())
+            return fail ("cannot create " + iconFolder.getFullPathName());
+
+        const auto icons = drawIconArt();
+
+        for (const auto& icon : icons)
+            if (! writePng (iconFolder.getChildFile (icon.fileName), icon.image))
+                return fail ("cannot write " + iconFolder.getChildFile (icon.fileName).getFullPathName());
+
+        std::cout << "wrote " << icons.size() << " icons to " << iconFolder.getFullPathName() << std::endl;
     }
 
     return 0;

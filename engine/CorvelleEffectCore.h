@@ -7,13 +7,14 @@ class Clock;
 // The interface of the signal-processing engine behind an effect of the
 // product line. It is owned and driven by CorvelleEffect (which names it
 // CorvelleEffect::Core) and knows nothing of JUCE, so engines build and test
-// without the plug-in. What engines share in implementing it lives in small
-// classes of its own: ParameterInbox, MeterHandOver and PresetFade.
+// without the plug-in. Settings reach an engine only through its inbox, from
+// any thread and without a lock; what engines share in implementing it lives
+// in small classes of its own: ParameterInbox, MeterHandOver and PresetFade.
 class CorvelleEffectCore
 {
 public:
-    // Applies the preset whose change is pending; called by the engine at the
-    // quietest point of the preset-change fade.
+    // Told at the quietest point of the preset-change fade; it posts the
+    // pending preset's values, which the engine takes there and then.
     struct PresetChangeTarget
     {
         virtual ~PresetChangeTarget() = default;
@@ -22,12 +23,10 @@ public:
 
     virtual ~CorvelleEffectCore() = default;
 
-    // Starts the preset-change fade: fade out, hold silence, apply, fade in.
-    virtual void beginPresetChange() = 0;
-
     // Hand-over from any thread, without locks: the engine takes what was
     // posted at the start of its next 32-sample block (and when it is
-    // prepared), the latest value of each index once.
+    // prepared), the latest value of each index once and in one go. A preset
+    // change starts the fade: fade out, hold silence, apply, fade in.
     virtual void postParameter (uint32_t index, float normalisedValue) noexcept = 0;
     virtual void postQuality (unsigned quality) noexcept = 0;
     virtual void postPresetChange() noexcept = 0;
@@ -36,11 +35,12 @@ public:
     // prepared, with the settings it has now.
     virtual void reset() = 0;
     virtual void prepare (double sampleRate, int maximumBlockSize) = 0;
-    virtual void setParameter (uint32_t index, float normalisedValue) = 0;
-    virtual void setTempo (double beatsPerMinute) = 0;
-    virtual void setQuality (unsigned quality) = 0;
-    virtual void clockEvent (int clockIndex, const Clock& clock) = 0;
     virtual int getLatency() const = 0;
+
+    // Tempo and clock ticks, for engines that follow the host's time; the
+    // others keep these defaults.
+    virtual void setTempo (double /*beatsPerMinute*/) {}
+    virtual void clockEvent (int /*clockIndex*/, const Clock&) {}
 
     // Stereo render; the output pointers may equal the input pointers.
     virtual void process (const float* const* inputs, float* const* outputs, int numSamples) = 0;

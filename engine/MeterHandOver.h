@@ -21,9 +21,10 @@ public:
     // Editor.
     void request() noexcept;
     bool take (float& left, float& right) noexcept;
-    void peek (float& left, float& right) const noexcept;
 
 private:
+    void peek (float& left, float& right) const noexcept;
+
     std::atomic<uint64_t> levels { 0 }; // the left level's bits low, the right's high
     std::atomic<int> pendingReaders { 0 };
     std::atomic<bool> ready { false };

@@ -1,0 +1,334 @@
+// Each format's build in a real DAW: Debian's Ardour 7, run headless through
+// its Lua interpreter (automated-session.lua), plays a session in real time
+// with one parameter automated while a track records the output, and saves
+// it. Ardour loads the plug-in its own way, on its own threads, with its own
+// scanner, automation and state handling. Automatic storing is on, so the
+// automated value must end up in the current preset of the saved state.
+
+#include <juce_audio_formats/juce_audio_formats.h>
+#include <juce_audio_processors/juce_audio_processors.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <optional>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+    // Where Debian's package keeps the programs Ardour indexes plug-ins with.
+    const juce::File ardourPrograms ("/usr/lib/ardour7");
+
+    // What automated-session.lua plays and records, about 1.7 s: noise until
+    // 0.5 s, then silence; the parameter ramps between two fractions of its
+    // range until 1 s.
+    constexpr double sampleRate = 48000.0;
+    constexpr double noiseEnds = 0.5;
+    const juce::String automatedParameter = "Late Size";
+    constexpr float automatedFrom = 0.3f, automatedTo = 0.6f;
+
+    struct Format
+    {
+        const char* name;
+        const char* ardourType;
+        juce::String pathVariable;
+        juce::File build;
+        // Ardour's indexer for builds of this format (LV2 needs none).
+        juce::String scanner;
+
+        friend void PrintTo (const Format& f, std::ostream* os) { *os << f.name; }
+    };
+
+    struct Run
+    {
+        int exitCode = -1;
+        std::string output;
+    };
+
+    // A program run with extra environment variables, for at most a minute;
+    // its exit code, or 128 and the signal that ended it.
+    Run run (const juce::StringArray& environment, const juce::StringArray& command)
+    {
+        juce::StringArray arguments { "timeout", "60", "env" };
+        arguments.addArray (environment);
+        arguments.addArray (command);
+
+        std::vector<std::string> strings;
+        std::vector<char*> argv;
+
+        for (const auto& a : arguments)
+            strings.push_back (a.toStdString());
+
+        for (auto& s : strings)
+            argv.push_back (s.data());
+
+        argv.push_back (nullptr);
+
+        Run result;
+        int pipeEnds[2];
+
+        if (pipe (pipeEnds) != 0)
+            return result;
+
+        const auto pid = fork();
+
+        if (pid == 0)
+        {
+            dup2 (pipeEnds[1], STDOUT_FILENO);
+            dup2 (pipeEnds[1], STDERR_FILENO);
+            close (pipeEnds[0]);
+            close (pipeEnds[1]);
+            execvp (argv[0], argv.data());
+            _exit (127);
+        }
+
+        close (pipeEnds[1]);
+        char buffer[4096];
+
+        for (ssize_t n; (n = read (pipeEnds[0], buffer, sizeof (buffer))) > 0;)
+            result.output.append (buffer, (size_t) n);
+
+        close (pipeEnds[0]);
+        int status = 0;
+
+        if (pid > 0 && waitpid (pid, &status, 0) == pid)
+            result.exitCode = WIFEXITED (status) ? WEXITSTATUS (status) : 128 + WTERMSIG (status);
+
+        return result;
+    }
+
+    // Our PluginState document inside a format's decoded state, found by the
+    // magic copyXmlToBinary starts it with.
+    std::unique_ptr<juce::XmlElement> pluginStateIn (const juce::MemoryBlock& bytes)
+    {
+        const auto* data = static_cast<const char*> (bytes.getData());
+
+        for (size_t i = 0; i + 8 <= bytes.getSize(); ++i)
+            if (std::memcmp (data + i, "VC2!", 4) == 0)
+                if (auto state = juce::AudioProcessor::getXmlFromBinary (data + i, (int) (bytes.getSize() - i)))
+                    if (state->hasTagName ("PluginState"))
+                        return state;
+
+        return nullptr;
+    }
+
+    const juce::XmlElement* processorNamed (const juce::XmlElement& parent, const juce::String& name)
+    {
+        for (auto* child : parent.getChildIterator())
+        {
+            if (child->hasTagName ("Processor") && child->getStringAttribute ("name") == name)
+                return child;
+
+            if (auto* found = processorNamed (*child, name))
+                return found;
+        }
+
+        return nullptr;
+    }
+
+    // The plug-in's state as Ardour saved it: VST2 and VST3 keep it in base64
+    // in the processor's <chunk>; LV2 in a quoted literal (JUCE's own base64
+    // form) of a Turtle file in the session's plugins folder.
+    std::unique_ptr<juce::XmlElement> savedPluginState (const juce::File& sessionFile)
+    {
+        const auto session = juce::parseXML (sessionFile);
+        const auto* processor = session != nullptr ? processorNamed (*session, "Quorlane") : nullptr;
+
+        if (processor == nullptr)
+            return nullptr;
+
+        for (auto* formatState : processor->getChildIterator())
+        {
+            if (auto* chunk = formatState->getChildByName ("chunk"))
+            {
+                juce::MemoryOutputStream bytes;
+
+                if (juce::Base64::convertFromBase64 (bytes, chunk->getAllSubText().trim()))
+                    return pluginStateIn (bytes.getMemoryBlock());
+            }
+
+            if (formatState->hasAttribute ("state-dir"))
+            {
+                const auto turtle = sessionFile.getSiblingFile ("plugins")
+                                        .getChildFile (processor->getStringAttribute ("id"))
+                                        .getChildFile (formatState->getStringAttribute ("state-dir"))
+                                        .getChildFile ("state.ttl");
+
+                for (const auto& literal : juce::StringArray::fromTokens (turtle.loadFileAsString(), "\"", {}))
+                {
+                    juce::MemoryBlock bytes;
+
+                    if (bytes.fromBase64Encoding (literal))
+                        if (auto state = pluginStateIn (bytes))
+                            return state;
+                }
+            }
+        }
+
+        return nullptr;
+    }
+
+    std::optional<float> valueOf (const juce::XmlElement* values, const juce::String& parameter)
+    {
+        if (values != nullptr)
+            for (auto* param : values->getChildWithTagNameIterator ("param"))
+                if (param->getStringAttribute ("name") == parameter)
+                    return (float) param->getDoubleAttribute ("value");
+
+        return std::nullopt;
+    }
+
+    // The current slot's preset: slots are numbered through the bank's groups
+    // in order.
+    const juce::XmlElement* currentPreset (const juce::XmlElement& pluginState)
+    {
+        const auto* presets = pluginState.getChildByName ("PresetsState");
+        const auto* bank = presets != nullptr ? presets->getChildByName ("PresetBank") : nullptr;
+
+        if (bank == nullptr)
+            return nullptr;
+
+        int slot = presets->getIntAttribute ("currentPreset", -1);
+
+        for (auto* group : bank->getChildIterator())
+            for (auto* preset : group->getChildWithTagNameIterator ("Preset"))
+                if (slot-- == 0)
+                    return preset;
+
+        return nullptr;
+    }
+
+    double rms (const juce::AudioBuffer<float>& audio, double fromSeconds, double toSeconds)
+    {
+        const auto start = (int) (fromSeconds * sampleRate);
+        const auto length = juce::jmin ((int) (toSeconds * sampleRate), audio.getNumSamples()) - start;
+
+        if (length <= 0)
+            return 0.0;
+
+        double sum = 0.0;
+
+        for (int channel = 0; channel < audio.getNumChannels(); ++channel)
+            sum += juce::square ((double) audio.getRMSLevel (channel, start, length));
+
+        return std::sqrt (sum / audio.getNumChannels());
+    }
+
+    class ArdourSession : public ::testing::TestWithParam<Format>
+    {
+    protected:
+        void TearDown() override
+        {
+            // A failed run's session is kept for a look.
+            if (! HasFailure())
+                folder.deleteRecursively();
+        }
+
+        // Ardour's and the plug-in's settings, caches and the session, all in
+        // one fresh folder: never the real user's.
+        const juce::File folder = juce::File::getSpecialLocation (juce::File::tempDirectory)
+                                      .getNonexistentChildFile ("quorlane-ardour", {}, false);
+        const juce::File config = folder.getChildFile ("config");
+        const juce::File sessionDir = folder.getChildFile ("session");
+
+        juce::StringArray environment() const
+        {
+            return { "HOME=" + folder.getFullPathName(),
+                     "XDG_CONFIG_HOME=" + config.getFullPathName(),
+                     "XDG_CACHE_HOME=" + folder.getChildFile ("cache").getFullPathName(),
+                     GetParam().pathVariable + "=" + GetParam().build.getParentDirectory().getFullPathName() };
+        }
+
+        void prepare() const
+        {
+            const auto settings = config.getChildFile ("Quorlane/Quorlane.ini");
+            ASSERT_TRUE (settings.getParentDirectory().createDirectory());
+            ASSERT_TRUE (settings.replaceWithText ("<UserSettings application=\"Quorlane\"><PresetSettings "
+                                                   "storing=\"automatic\" changing=\"normal\" mixLock=\"off\"/></UserSettings>"));
+
+            // Ardour's own scanners index VST2 and VST3 builds into its cache,
+            // as its "Scan for plug-ins" does; the session then finds them there.
+            if (GetParam().scanner.isNotEmpty())
+            {
+                auto withLibraries = environment();
+                withLibraries.add ("LD_LIBRARY_PATH=" + ardourPrograms.getFullPathName());
+                const auto scan = run (withLibraries, { ardourPrograms.getChildFile (GetParam().scanner).getFullPathName(),
+                                                        GetParam().build.getFullPathName() });
+                ASSERT_EQ (scan.exitCode, 0) << "Ardour's scanner failed on " << GetParam().build.getFullPathName() << ":\n" << scan.output;
+            }
+        }
+    };
+}
+
+TEST_P (ArdourSession, RendersATailAndStoresTheAutomatedValueInTheCurrentPreset)
+{
+    ASSERT_TRUE (ardourPrograms.isDirectory()) << "Ardour 7 is not installed (`make test` installs Debian's ardour)";
+    ASSERT_NO_FATAL_FAILURE (prepare());
+
+    const auto ardour = run (environment(), { "ardour7-lua", juce::File (QUORLANE_DAW_DIR).getChildFile ("automated-session.lua").getFullPathName(),
+                                              sessionDir.getFullPathName(), GetParam().ardourType, "Quorlane",
+                                              automatedParameter, juce::String (automatedFrom), juce::String (automatedTo) });
+    SCOPED_TRACE ("Ardour said:\n" + ardour.output + "(the session is kept in " + folder.getFullPathName().toStdString() + ")");
+    ASSERT_EQ (ardour.exitCode, 0) << "Ardour's session did not run through";
+
+    // The render: finite, sound while the noise plays, and the reverb's tail,
+    // decaying, after it ends (the noise is gated to exact silence).
+    juce::AudioBuffer<float> render;
+
+    for (const auto* side : { "L", "R" })
+    {
+        const auto files = sessionDir.findChildFiles (juce::File::findFiles, true, juce::String ("*Render*%") + side + ".wav");
+        ASSERT_EQ (files.size(), 1) << "no recording of the " << side << " channel in " << sessionDir.getFullPathName();
+        juce::WavAudioFormat wav;
+        std::unique_ptr<juce::AudioFormatReader> reader (wav.createReaderFor (files[0].createInputStream().release(), true));
+        ASSERT_NE (reader, nullptr) << files[0].getFullPathName();
+        ASSERT_EQ (reader->sampleRate, sampleRate);
+        ASSERT_EQ (reader->numChannels, 1u);
+        juce::AudioBuffer<float> mono (1, (int) reader->lengthInSamples);
+        ASSERT_TRUE (reader->read (&mono, 0, mono.getNumSamples(), 0, true, false));
+        const auto channel = render.getNumChannels();
+        const auto length = channel == 0 ? mono.getNumSamples() : juce::jmin (mono.getNumSamples(), render.getNumSamples());
+        render.setSize (channel + 1, length, true);
+        render.copyFrom (channel, 0, mono, 0, 0, length);
+    }
+
+    ASSERT_GE (render.getNumSamples(), (int) (1.5 * sampleRate)) << "the recording is short";
+
+    for (int channel = 0; channel < render.getNumChannels(); ++channel)
+        for (int i = 0; i < render.getNumSamples(); ++i)
+            ASSERT_TRUE (std::isfinite (render.getSample (channel, i))) << "sample " << i << " of channel " << channel;
+
+    const auto playing = rms (render, 0.1, noiseEnds);
+    const auto tail = rms (render, noiseEnds + 0.1, noiseEnds + 0.5);
+    const auto later = rms (render, 1.2, 1.5);
+    EXPECT_GT (playing, 1.0e-3) << "the render is silent while the noise plays";
+    EXPECT_GT (tail, playing * 1.0e-2) << "no reverb tail after the noise ends (RMS " << tail << " against " << playing << ")";
+    EXPECT_LT (later, tail) << "the tail does not decay";
+
+    // The saved state: the live value follows the automation, and automatic
+    // storing has put it into the current preset.
+    const auto state = savedPluginState (sessionDir.getChildFile ("daw-test.ardour"));
+    ASSERT_NE (state, nullptr) << "no plug-in state in the saved session " << sessionDir.getFullPathName();
+
+    const auto live = valueOf (state->getChildByName ("ParametersState"), automatedParameter);
+    ASSERT_TRUE (live.has_value());
+    EXPECT_NEAR (*live, automatedTo, 1.0e-3) << "the automation did not reach the plug-in";
+
+    const auto* preset = currentPreset (*state);
+    ASSERT_NE (preset, nullptr) << "no current preset in the saved state";
+    const auto stored = valueOf (preset, automatedParameter);
+    ASSERT_TRUE (stored.has_value());
+    EXPECT_NEAR (*stored, automatedTo, 1.0e-3)
+        << "the current preset (slot " << state->getChildByName ("PresetsState")->getIntAttribute ("currentPreset")
+        << ", \"" << preset->getStringAttribute ("name") << "\") holds " << automatedParameter << " = " << *stored
+        << " after the automation played to " << automatedTo << " with automatic storing on: the automated change was not stored";
+}
+
+INSTANTIATE_TEST_SUITE_P (Formats, ArdourSession,
+    ::testing::Values (Format { "VST2", "LXVST", "LXVST_PATH", juce::File (QUORLANE_VST2_PATH), "ardour-vst-scanner" },
+                       Format { "VST3", "VST3", "VST3_PATH", juce::File (QUORLANE_VST3_PATH), "ardour-vst3-scanner" },
+                       Format { "LV2", "LV2", "LV2_PATH", juce::File (QUORLANE_LV2_DIR).getChildFile ("Quorlane.lv2"), {} }),
+    [] (const auto& info) { return std::string (info.param.name); });

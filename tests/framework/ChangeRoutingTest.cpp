@@ -1,0 +1,225 @@
+// Parameter changes and preset changes reach the engine through one inbox, in
+// the order they were made, so that the engine always runs what the
+// parameters hold; and the audio thread applies a preset as one whole slot of
+// one bank, whatever the message thread is loading meanwhile.
+
+#include "../support/ScopedConfigHome.h"
+#include "engine/ParameterInbox.h"
+#include "framework/CorvelleEffect.h"
+#include "presets/PresetBank.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace
+{
+    constexpr int numValues = BasePluginOldStyle::numPresetableParameters;
+
+    // An engine that keeps what its inbox hands it. A preset change reaches
+    // its quiet point a fixed number of render calls after it began, as a
+    // fade would.
+    struct ProbeCore : CorvelleEffect::Core
+    {
+        static constexpr int fadeCalls = 12;
+
+        void setParameter (uint32_t index, float value) noexcept { values[index] = value; }
+        void setQuality (unsigned) noexcept {}
+        void beginPresetChange() noexcept { callsToQuietPoint = fadeCalls; }
+
+        void postParameter (uint32_t index, float value) noexcept override { inbox.postParameter (index, value); }
+        void postQuality (unsigned quality) noexcept override { inbox.postQuality (quality); }
+        void postPresetChange() noexcept override { inbox.postPresetChange(); }
+        void reset() override {}
+        void prepare (double, int) override { inbox.deliverTo (*this); }
+        int getLatency() const override { return 32; }
+        void setPresetChangeTarget (PresetChangeTarget* t) noexcept override { target = t; }
+        bool isPresetFadeActive() const noexcept override { return callsToQuietPoint > 0; }
+        void requestMeters() noexcept override {}
+        bool takeMeters (float&, float&) noexcept override { return false; }
+
+        void process (const float* const*, float* const*, int) override { render(); }
+        void processMono (float* const*, int) override { render(); }
+
+        void render()
+        {
+            inbox.deliverTo (*this);
+
+            if (callsToQuietPoint > 0 && --callsToQuietPoint == 0 && target != nullptr)
+            {
+                target->applyPendingPresetChange();
+                inbox.deliverTo (*this);
+            }
+        }
+
+        // What the engine runs from its next sample on: what it holds, with
+        // what is waiting in its inbox taken first.
+        float runs (uint32_t index)
+        {
+            inbox.deliverTo (*this);
+            return values[index];
+        }
+
+        ParameterInbox inbox;
+        std::array<float, ParameterInbox::maxIndices> values {};
+        PresetChangeTarget* target = nullptr;
+        int callsToQuietPoint = 0;
+    };
+
+    struct ProbeEffect : CorvelleEffect
+    {
+        ProbeEffect() { initialise(); }
+
+        juce::String getPluginName() const override { return "Quorlane"; }
+        double getTailLengthSeconds() const override { return 0.0; }
+        juce::AudioProcessorEditor* createEditor() override { return nullptr; }
+
+        std::unique_ptr<Core> createCore() override
+        {
+            auto made = std::make_unique<ProbeCore>();
+            probe = made.get();
+            return made;
+        }
+
+        // Every slot's values from one formula, the bank's number apart.
+        void loadBank (int number)
+        {
+            PresetBankRecord bank;
+            bank.reset (getDefaultPreset());
+
+            for (int slot = 0; slot < numSlots; ++slot)
+                bank.slots[(size_t) slot].values = valuesOf (number, slot);
+
+            readBankElement (*PresetBank::write (bank, getParameterManager(), getPluginName()));
+        }
+
+        static std::array<float, numValues> valuesOf (int bankNumber, int slot)
+        {
+            std::array<float, numValues> values;
+
+            for (int i = 0; i < numValues; ++i)
+                values[(size_t) i] = 0.05f + 0.45f * (float) bankNumber + 0.003f * (float) slot + 0.001f * (float) i;
+
+            return values;
+        }
+
+        ProbeCore* probe = nullptr;
+    };
+
+    void processBlock (ProbeEffect& fx, juce::MidiBuffer midi = {})
+    {
+        juce::AudioBuffer<float> buffer (2, 256);
+        buffer.clear();
+        fx.processBlock (buffer, midi);
+    }
+
+    float parameterValue (ProbeEffect& fx, int index)
+    {
+        return fx.getPluginParameter ((uint32_t) index)->getNormalisedValue();
+    }
+}
+
+// A program change and a controller moving one of the preset's parameters in
+// the same host block, either one first: after every block the engine runs
+// what the parameter shows, through a silent change's fade as well.
+TEST (ChangeRouting, ProgramChangesAndAutomationInOneBlockLeaveTheEngineOnTheParameters)
+{
+    const ScopedConfigHome home;
+    constexpr int lateSize = 6, controller = 20, program = 3;
+
+    for (const auto changing : { BasePluginOldStyle::normalChange, BasePluginOldStyle::silentChange })
+    {
+        for (const bool programFirst : { true, false })
+        {
+            SCOPED_TRACE (juce::String (changing == BasePluginOldStyle::silentChange ? "silent" : "normal")
+                          + (programFirst ? ", program first" : ", controller first"));
+            ProbeEffect fx;
+            fx.loadBank (0);
+            fx.setChangingType (changing);
+            fx.getMidiControl().assign (controller, fx.getPluginParameter (lateSize), true);
+            fx.prepareToPlay (48000.0, 256);
+            processBlock (fx);
+
+            juce::MidiBuffer midi;
+            midi.addEvent (juce::MidiMessage::programChange (1, program), programFirst ? 10 : 100);
+            midi.addEvent (juce::MidiMessage::controllerEvent (1, controller, 127), programFirst ? 100 : 10);
+            processBlock (fx, midi);
+
+            for (int block = 0; block < 2 * ProbeCore::fadeCalls; ++block)
+            {
+                for (int i = 0; i < numValues; ++i)
+                    ASSERT_EQ (fx.probe->runs ((uint32_t) i), parameterValue (fx, i)) << "parameter " << i << ", block " << block;
+
+                processBlock (fx);
+            }
+
+            const auto preset = ProbeEffect::valuesOf (0, program);
+            const bool presetLast = ! programFirst || changing == BasePluginOldStyle::silentChange;
+            EXPECT_NEAR (parameterValue (fx, lateSize), presetLast ? preset[lateSize] : 1.0f, 1e-6f)
+                << "the later change wins; a silent change applies at its quiet point";
+            EXPECT_NEAR (parameterValue (fx, lateSize + 1), preset[lateSize + 1], 1e-6f);
+        }
+    }
+}
+
+// Ten seconds of program changes on an audio thread while the message thread
+// loads one bank and then another: every preset applied is one whole slot of
+// one of the two banks.
+TEST (ChangeRouting, ProgramChangesApplyWholeSlotsWhileBanksLoad)
+{
+    const ScopedConfigHome home;
+    ProbeEffect fx;
+    fx.loadBank (0);
+    fx.prepareToPlay (48000.0, 256);
+
+    std::atomic<bool> running { true };
+    std::atomic<int> applied { 0 }, torn { 0 };
+
+    std::thread audio ([&]
+    {
+        juce::AudioBuffer<float> buffer (2, 64);
+        juce::MidiBuffer midi;
+
+        for (int block = 0; running; ++block)
+        {
+            const int program = block % BasePluginOldStyle::numSlots;
+            midi.clear();
+            midi.addEvent (juce::MidiMessage::programChange (1, program), 0);
+            fx.processBlock (buffer, midi);
+
+            std::array<float, numValues> live;
+
+            for (int i = 0; i < numValues; ++i)
+                live[(size_t) i] = parameterValue (fx, i);
+
+            const auto isSlotOf = [&] (int bank)
+            {
+                const auto expected = ProbeEffect::valuesOf (bank, program);
+
+                for (int i = 0; i < numValues; ++i)
+                    if (std::abs (live[(size_t) i] - expected[(size_t) i]) > 1e-6f)
+                        return false;
+
+                return true;
+            };
+
+            ++applied;
+
+            if (! isSlotOf (0) && ! isSlotOf (1))
+                ++torn;
+        }
+    });
+
+    const auto end = juce::Time::getMillisecondCounter() + 10000;
+
+    for (int load = 0; juce::Time::getMillisecondCounter() < end; ++load)
+    {
+        fx.loadBank (load % 2);
+        juce::MessageManager::getInstance()->runDispatchLoopUntil (1);
+    }
+
+    running = false;
+    audio.join();
+    EXPECT_GT (applied.load(), 1000);
+    EXPECT_EQ (torn.load(), 0) << "of " << applied.load() << " presets applied";
+}
