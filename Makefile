@@ -149,10 +149,10 @@ dist-linux: release
 # folder, the .deb installed and removed with apt-get, the tarball's
 # install.sh for a user and for the system, with hosts loading what each put
 # in place (installs system-wide: run as root, or with sudo at hand).
-PACKAGE_TEST_PACKAGES := dpkg-dev lintian lilv-utils man-db
+PACKAGE_TEST_PACKAGES := dpkg-dev lintian lilv-utils man-db ardour
 package-test: DEBIAN_PACKAGES += $(PACKAGE_TEST_PACKAGES)
 package-test: deb dist-linux $(DEBUG_DIR)/build.ninja
-	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane_vst2_abi_tests quorlane_host_tests
+	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane_vst2_abi_tests quorlane_host_tests quorlane_daw_tests
 	tools/linux/package-test.sh $(RELEASE_DIR) $(DEBUG_DIR) dist
 
 # The plug-ins installed for the current user, and the renderer's demo in demo/.

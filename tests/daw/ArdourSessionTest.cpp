@@ -11,8 +11,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <optional>
+#include <vector>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -34,6 +36,8 @@ namespace
     {
         const char* name;
         const char* ardourType;
+        // Unset for an installed copy: Ardour then looks only where it always
+        // looks.
         juce::String pathVariable;
         juce::File build;
         // Ardour's indexer for builds of this format (LV2 needs none).
@@ -236,10 +240,14 @@ namespace
 
         juce::StringArray environment() const
         {
-            return { "HOME=" + folder.getFullPathName(),
-                     "XDG_CONFIG_HOME=" + config.getFullPathName(),
-                     "XDG_CACHE_HOME=" + folder.getChildFile ("cache").getFullPathName(),
-                     GetParam().pathVariable + "=" + GetParam().build.getParentDirectory().getFullPathName() };
+            juce::StringArray variables { "HOME=" + folder.getFullPathName(),
+                                          "XDG_CONFIG_HOME=" + config.getFullPathName(),
+                                          "XDG_CACHE_HOME=" + folder.getChildFile ("cache").getFullPathName() };
+
+            if (GetParam().pathVariable.isNotEmpty())
+                variables.add (GetParam().pathVariable + "=" + GetParam().build.getParentDirectory().getFullPathName());
+
+            return variables;
         }
 
         void prepare() const
@@ -331,4 +339,23 @@ INSTANTIATE_TEST_SUITE_P (Formats, ArdourSession,
     ::testing::Values (Format { "VST2", "LXVST", "LXVST_PATH", juce::File (QUORLANE_VST2_PATH), "ardour-vst-scanner" },
                        Format { "VST3", "VST3", "VST3_PATH", juce::File (QUORLANE_VST3_PATH), "ardour-vst3-scanner" },
                        Format { "LV2", "LV2", "LV2_PATH", juce::File (QUORLANE_LV2_DIR).getChildFile ("Quorlane.lv2"), {} }),
+    [] (const auto& info) { return std::string (info.param.name); });
+
+// What the Debian package installed, found where Ardour looks by default
+// (`make package-test` sets QUORLANE_DAW_INSTALLED=/usr/lib after installing
+// it; a plain test run has no such instances).
+static std::vector<Format> installedFormats()
+{
+    const auto* prefix = std::getenv ("QUORLANE_DAW_INSTALLED");
+
+    if (prefix == nullptr)
+        return {};
+
+    const juce::File lib (prefix);
+    return { Format { "VST2", "LXVST", {}, lib.getChildFile ("lxvst/Quorlane.so"), "ardour-vst-scanner" },
+             Format { "VST3", "VST3", {}, lib.getChildFile ("vst3/Quorlane.vst3"), "ardour-vst3-scanner" },
+             Format { "LV2", "LV2", {}, lib.getChildFile ("lv2/Quorlane.lv2"), {} } };
+}
+
+INSTANTIATE_TEST_SUITE_P (Installed, ArdourSession, ::testing::ValuesIn (installedFormats()),
     [] (const auto& info) { return std::string (info.param.name); });

@@ -86,6 +86,17 @@ vst2_host() { host_tests quorlane_vst2_abi_tests '*' "QUORLANE_VST2_PLUGIN=$1"; 
 vst3_host() { host_tests quorlane_host_tests '*VST3*' "QUORLANE_VST3_PLUGIN=$1"; }
 lv2_host() { host_tests quorlane_host_tests '*LV2*' "QUORLANE_LV2_FOLDER=$1"; }
 
+# Ardour 7, headless, with no plug-in path set: each format where the route
+# put it, found where Ardour looks by default, played, automated and saved
+# (the DAW test's own checks). Ardour's scanner indexes the VST2 and VST3
+# files, as its start-up scan of its default folders does.
+#   ardour_finds_it LIB_FOLDER
+ardour_finds_it() {
+    QUORLANE_DAW_INSTALLED=$1 HOME="$scratch/host-home" xvfb-run -a -s "-screen 0 1280x1024x24" \
+        "$debug/tests/quorlane_daw_tests" --gtest_filter='Installed/*' > "$scratch/ardour.log" 2>&1 || { cat "$scratch/ardour.log"; return 1; }
+    grep -q '^\[  PASSED  \] 3 tests' "$scratch/ardour.log" || { cat "$scratch/ardour.log"; return 1; }
+}
+
 # lilv, as LV2 hosts use it, lists the URI (HOME empty: ~/.lv2 does not count).
 lv2_listed() {
     mkdir -p "$scratch/empty-home"
@@ -317,6 +328,7 @@ check "lilv lists urn:orlo:quorlane from /usr/lib/lv2" lv2_listed
 check "VST2 test host loads /usr/lib/lxvst/Quorlane.so" vst2_host /usr/lib/lxvst/Quorlane.so
 check "VST3 test host loads /usr/lib/vst3/Quorlane.vst3" vst3_host /usr/lib/vst3/Quorlane.vst3
 check "JUCE's LV2 host loads Quorlane from /usr/lib/lv2" lv2_host /usr/lib/lv2
+check "Ardour finds and plays the VST2, VST3 and LV2 in /usr/lib without a path of ours" ardour_finds_it /usr/lib
 check "/usr/bin/quorlane-render: --help and a short render" renders /usr/bin/quorlane-render
 check "/usr/bin/quorlane starts" app_starts /usr/bin/quorlane
 check "man quorlane-render shows the page" deb_manual_page_shows
@@ -337,6 +349,7 @@ check "install.sh --system installs under /usr/local" tarball_installs_for_the_s
 check "lilv lists urn:orlo:quorlane from /usr/local/lib/lv2" lv2_listed
 check "VST2 test host loads /usr/local/lib/lxvst/Quorlane.so" vst2_host /usr/local/lib/lxvst/Quorlane.so
 check "VST3 test host loads /usr/local/lib/vst3/Quorlane.vst3" vst3_host /usr/local/lib/vst3/Quorlane.vst3
+check "Ardour finds and plays the VST2, VST3 and LV2 in /usr/local/lib without a path of ours" ardour_finds_it /usr/local/lib
 check "/usr/local/bin/quorlane starts" app_starts /usr/local/bin/quorlane
 check "install.sh --system --uninstall leaves none of its files" tarball_uninstalls_for_the_system
 remove_new_folders
