@@ -18,21 +18,6 @@ namespace
 
         return id.isNotEmpty() ? id : "parameter_" + juce::String (index + 1);
     }
-
-    // The framing of AudioProcessor::copyXmlToBinary: a magic number, the
-    // text's length and the text, read here through the guarded parser.
-    constexpr uint32_t xmlChunkMagic = 0x21324356;
-
-    std::unique_ptr<juce::XmlElement> xmlFromChunk (const void* data, int sizeInBytes)
-    {
-        if (data == nullptr || sizeInBytes <= 8 || juce::ByteOrder::littleEndianInt (data) != xmlChunkMagic)
-            return nullptr;
-
-        const auto textLength = juce::ByteOrder::littleEndianInt (juce::addBytesToPointer (data, 4));
-        const auto available = (uint32_t) sizeInBytes - 8;
-        const auto* text = static_cast<const char*> (data) + 8;
-        return parseXmlUtf8 (text, juce::jmin (textLength, available));
-    }
 }
 
 // Runs the plug-in's poll on whichever thread runs JUCE's message loop: a
@@ -253,7 +238,7 @@ void BasePlugin::getStateInformation (juce::MemoryBlock& destData)
 
 void BasePlugin::setStateInformation (const void* data, int sizeInBytes)
 {
-    if (auto state = xmlFromChunk (data, sizeInBytes))
+    if (auto state = parseXmlChunk (data, sizeInBytes))
         restoreState (*state);
 }
 

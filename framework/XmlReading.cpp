@@ -192,3 +192,15 @@ std::unique_ptr<juce::XmlElement> parseXmlFile (const juce::File& file)
 
     return parseXmlUtf8 (bytes.getData(), bytes.getSize());
 }
+
+std::unique_ptr<juce::XmlElement> parseXmlChunk (const void* data, int sizeInBytes)
+{
+    constexpr uint32_t xmlChunkMagic = 0x21324356;
+
+    if (data == nullptr || sizeInBytes <= 8 || juce::ByteOrder::littleEndianInt (data) != xmlChunkMagic)
+        return nullptr;
+
+    const auto textLength = juce::ByteOrder::littleEndianInt (juce::addBytesToPointer (data, 4));
+    const auto available = (uint32_t) sizeInBytes - 8;
+    return parseXmlUtf8 (static_cast<const char*> (data) + 8, juce::jmin (textLength, available));
+}

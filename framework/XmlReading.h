@@ -28,3 +28,6 @@ bool hasOnlyPlainMarkup (const juce::String& text);
 std::unique_ptr<juce::XmlElement> parseXmlText (const juce::String& text);
 std::unique_ptr<juce::XmlElement> parseXmlUtf8 (const void* data, size_t numBytes);
 std::unique_ptr<juce::XmlElement> parseXmlFile (const juce::File& file);
+// A host chunk framed as AudioProcessor::copyXmlToBinary frames it (a magic
+// number, the text's length, the text).
+std::unique_ptr<juce::XmlElement> parseXmlChunk (const void* data, int sizeInBytes);

@@ -605,6 +605,18 @@ bool BasePluginOldStyle::loadPresetFile (const juce::File& file, int slot)
     return true;
 }
 
+void BasePluginOldStyle::getCurrentProgramStateInformation (juce::MemoryBlock& destData)
+{
+    if (const auto preset = createPresetElement ((int) getCurrentPresetIndex()))
+        copyXmlToBinary (*preset, destData);
+}
+
+void BasePluginOldStyle::setCurrentProgramStateInformation (const void* data, int sizeInBytes)
+{
+    if (const auto preset = parseXmlChunk (data, sizeInBytes))
+        readPresetElement (*preset, (int) getCurrentPresetIndex());
+}
+
 bool BasePluginOldStyle::loadBankFile (const juce::File& file)
 {
     const auto element = parseXmlFile (file);

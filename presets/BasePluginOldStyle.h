@@ -201,6 +201,12 @@ public:
     void readUserSettings (const juce::XmlElement& settings) override;
     void writeUserSettings (juce::XmlElement& settings) override;
 
+    // The host's program chunk is the current preset alone, as a single-preset
+    // file holds it (hosts keep it as their own preset files); setting it
+    // replaces the current slot and applies it, nothing else.
+    void getCurrentProgramStateInformation (juce::MemoryBlock& destData) override;
+    void setCurrentProgramStateInformation (const void* data, int sizeInBytes) override;
+
     int getNumPresets() const override { return numSlots; }
     void selectPresetFromProgramChange (int program) override;
 

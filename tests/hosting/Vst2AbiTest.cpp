@@ -23,6 +23,7 @@
 #include <filesystem>
 #include <limits>
 #include <random>
+#include <regex>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -91,14 +92,18 @@ namespace
             return buffer.c_str();
         }
 
-        std::string chunk()
+        // The whole state, or the program chunk (the current preset alone).
+        std::string chunk (bool program = false)
         {
             void* data = nullptr;
-            const auto size = call (effGetChunk, 0, 0, &data);
+            const auto size = call (effGetChunk, program ? 1 : 0, 0, &data);
             return data != nullptr && size > 0 ? std::string (static_cast<const char*> (data), (size_t) size) : std::string();
         }
 
-        void setChunk (const std::string& chunk) { call (effSetChunk, 0, (intptr_t) chunk.size(), const_cast<char*> (chunk.data())); }
+        void setChunk (const std::string& chunk, bool program = false)
+        {
+            call (effSetChunk, program ? 1 : 0, (intptr_t) chunk.size(), const_cast<char*> (chunk.data()));
+        }
 
         const SharedLibrary library { pluginPath().c_str() };
         Effect* effect = nullptr;
@@ -284,6 +289,49 @@ TEST_F (Vst2Abi, StateChunkCarriesParametersPresetsControllerMapAndQuality)
     EXPECT_FLOAT_EQ (other.get (9), 0.125f);
     EXPECT_FLOAT_EQ (other.get (16), 0.75f);
     EXPECT_EQ (other.chunk(), saved);
+}
+
+// The program chunk, which hosts keep as their single-preset files, is the
+// current preset alone. Set on another instance, it replaces that instance's
+// current slot and what it plays, and nothing else.
+TEST_F (Vst2Abi, ProgramChunkIsTheCurrentPresetAlone)
+{
+    const auto documentOf = [] (const std::string& chunk) { return chunk.size() > 9 ? chunk.substr (8, chunk.size() - 9) : std::string(); };
+    // The state without the live values and the current (first) slot.
+    const auto restOf = [&] (const std::string& chunk)
+    {
+        auto text = documentOf (chunk);
+        for (const auto& [open, close] : { std::pair<std::string, std::string> { "<ParametersState>", "</ParametersState>" },
+                                           { "<Preset ", "</Preset>" } })
+        {
+            const auto from = text.find (open), to = text.find (close);
+            if (from != std::string::npos && to != std::string::npos)
+                text.erase (from, to + close.size() - from);
+        }
+        return text;
+    };
+
+    auto preset = documentOf (plugin.chunk (true));
+    EXPECT_LT (preset.size(), 4096u);
+    EXPECT_EQ (preset.find ("PluginState"), std::string::npos);
+    ASSERT_NE (preset.find ("<Preset application=\"Quorlane\" name=\""), std::string::npos) << preset;
+    preset = std::regex_replace (preset, std::regex ("name=\"Late Size\" value=\"[^\"]*\""), "name=\"Late Size\" value=\"0.125\"");
+    preset = std::regex_replace (preset, std::regex ("<Preset application=\"Quorlane\" name=\"[^\"]*\""),
+                                 "<Preset application=\"Quorlane\" name=\"From The Host\"");
+
+    Vst2Plugin other;
+    ASSERT_NE (other.effect, nullptr);
+    const auto before = other.chunk();
+    other.setChunk (chunkOf (preset), true);
+
+    EXPECT_FLOAT_EQ (other.get (6), 0.125f) << "the preset is applied";
+    const auto after = other.chunk();
+    EXPECT_NE (documentOf (after).find ("name=\"From The Host\""), std::string::npos) << "into the current slot";
+    EXPECT_EQ (restOf (after), restOf (before)) << "the other slots, the map and the quality are untouched";
+    EXPECT_EQ (documentOf (other.chunk (true)), preset);
+
+    other.setChunk (chunkOf ("<PluginState application=\"Quorlane\"/>"), true);
+    EXPECT_EQ (other.chunk(), after) << "a whole state is no program chunk";
 }
 
 // Audio processed in place, with NaN, infinities, the largest float and
