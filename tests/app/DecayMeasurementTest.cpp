@@ -30,14 +30,19 @@ namespace
     }
 }
 
-// Silence before the onset does not count as decay.
+// Silence before the onset does not count as decay, and a response cut off
+// mid-decay (where the level is 36 dB down, as the plug-in's gate or a length
+// limit would) measures as if it had gone on: uncorrected, the curve's plunge
+// at the end would shorten T30 by 5 %.
 TEST (DecayMeasurement, RecoversTheReverberationTimeOfExponentialDecays)
 {
-    for (const auto& [t60, leadingSilence] : { std::pair { 0.5, 0.0 }, std::pair { 2.0, 0.0 }, std::pair { 1.0, 0.25 } })
+    const struct { double t60, leadingSilence, length; } cases[] = { { 0.5, 0.0, 1.5 }, { 2.0, 0.0, 1.5 }, { 1.0, 0.25, 1.5 }, { 2.0, 0.0, 0.6 } };
+
+    for (const auto& [t60, leadingSilence, length] : cases)
     {
-        SCOPED_TRACE (testing::Message() << t60 << " s after " << leadingSilence << " s of silence");
+        SCOPED_TRACE (testing::Message() << t60 << " s after " << leadingSilence << " s of silence, cut after " << length << " T60");
         auto response = std::vector<float> ((size_t) (leadingSilence * sampleRate), 0.0f);
-        const auto decay = exponentialDecay (t60, 1.5 * t60);
+        const auto decay = exponentialDecay (t60, length * t60);
         response.insert (response.end(), decay.begin(), decay.end());
         const auto times = measure (response);
 
@@ -46,33 +51,18 @@ TEST (DecayMeasurement, RecoversTheReverberationTimeOfExponentialDecays)
         EXPECT_NEAR (*times.t20, t60, 0.03 * t60);
         EXPECT_NEAR (*times.t30, t60, 0.03 * t60);
     }
-}
 
-TEST (DecayMeasurement, CurveIsRelativeToTheTotalEnergyAndNeverRises)
-{
+    // The curve is relative to the total energy and never rises: half a
+    // second of a 1 s decay leaves 30 dB less energy.
     const auto decay = exponentialDecay (1.0, 1.0);
     const auto curve = energyDecayCurve (decay.data(), (int) decay.size(), sampleRate);
-
     ASSERT_EQ (curve.size(), decay.size());
     EXPECT_NEAR (curve.front(), 0.0, 1e-9);
 
     for (size_t i = 1; i < curve.size(); ++i)
         ASSERT_LE (curve[i], curve[i - 1]) << "at sample " << i;
 
-    // Half a second of a 1 s decay leaves 30 dB less energy.
     EXPECT_NEAR (curve[(size_t) (0.5 * sampleRate)], -30.0, 1.0);
-}
-
-TEST (DecayMeasurement, AResponseCutOffMidDecayMeasuresAsIfItHadGoneOn)
-{
-    // Cut where the level is 36 dB down, as the plug-in's gate or a length
-    // limit would; uncorrected, the curve's plunge at the end would shorten
-    // T30 by 5 %.
-    const auto times = measure (exponentialDecay (2.0, 2.0 * 36.0 / 60.0));
-
-    ASSERT_TRUE (times.t20.has_value() && times.t30.has_value());
-    EXPECT_NEAR (*times.t20, 2.0, 0.04);
-    EXPECT_NEAR (*times.t30, 2.0, 0.04);
 }
 
 TEST (DecayMeasurement, EachTimeFitsItsOwnPartOfADoubleSlopeDecay)

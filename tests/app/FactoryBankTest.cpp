@@ -3,9 +3,8 @@
 // must neither clip a -6 dBFS phrase nor leave it near silent.
 #include "DemoPhrase.h"
 #include "ImpulseResponse.h"
-#include "PluginRender.h"
-#include "engine/Quorlane.h"
 #include "engine/QuorlaneMapping.h"
+#include "tests/support/BufferRender.h"
 
 #include <gtest/gtest.h>
 
@@ -97,8 +96,9 @@ namespace
 
     struct Levels { float peak; double rmsDb; };
 
-    Levels levelsOf (const juce::AudioBuffer<float>& audio, int length)
+    Levels levelsOf (const juce::AudioBuffer<float>& audio)
     {
+        const int length = audio.getNumSamples();
         float peak = 0.0f;
         double sum = 0.0;
 
@@ -112,34 +112,6 @@ namespace
 
         return { peak, 10.0 * std::log10 (sum / (2.0 * length) + 1e-30) };
     }
-
-    // The phrase through the preset as it stands, dry part and all.
-    Levels renderPhrase (const juce::String& presetName, const juce::AudioBuffer<float>& phrase)
-    {
-        Quorlane plugin;
-        applySettings (plugin, PluginSettings { {}, 3, presetName });
-
-        juce::AudioBuffer<float> output (2, phrase.getNumSamples());
-        int read = 0, written = 0;
-        auto source = [&] (juce::AudioBuffer<float>& block)
-        {
-            const int count = std::min (block.getNumSamples(), phrase.getNumSamples() - read);
-            for (int c = 0; c < 2; ++c)
-                block.copyFrom (c, 0, phrase, c, read, count);
-            read += count;
-            return count;
-        };
-        auto sink = [&] (const juce::AudioBuffer<float>& block, int start, int count)
-        {
-            count = std::min (count, output.getNumSamples() - written);
-            for (int c = 0; c < 2; ++c)
-                output.copyFrom (c, written, block, c, start, count);
-            written += count;
-        };
-
-        renderThroughPlugin (plugin, sampleRate, source, sink, TailLength::fixed (0.0));
-        return levelsOf (output, written);
-    }
 }
 
 TEST (FactoryBank, EveryPresetSoundsLikeItsName)
@@ -149,7 +121,7 @@ TEST (FactoryBank, EveryPresetSoundsLikeItsName)
 
     auto phrase = synthesiseDemoPhrase (sampleRate);
     phrase.applyGain (0.5f / phrase.getMagnitude (0, phrase.getNumSamples())); // peaks at -6 dBFS
-    const auto input = levelsOf (phrase, phrase.getNumSamples());
+    const auto input = levelsOf (phrase);
 
     for (const auto& preset : presets)
     {
@@ -188,7 +160,9 @@ TEST (FactoryBank, EveryPresetSoundsLikeItsName)
             EXPECT_GT (brightness, 7000.0);
         }
 
-        const auto output = renderPhrase (preset.name, phrase);
+        // The phrase through the preset as it stands, dry part and all.
+        const auto rendered = renderBuffer (phrase, PluginSettings { {}, 3, preset.name }, TailLength::fixed (0.0), sampleRate);
+        const auto output = levelsOf (rendered.audio);
         EXPECT_LT (output.peak, 1.0f) << "clips";
         EXPECT_GT (output.rmsDb, input.rmsDb - 12.0) << "near silent";
         EXPECT_LT (output.rmsDb, input.rmsDb + 6.0);

@@ -15,12 +15,6 @@ namespace
         EXPECT_NEAR (bounds.getWidth(), width, 1);
         EXPECT_NEAR (bounds.getHeight(), height, 1);
     }
-
-    juce::String settingsWithZoom (const juce::String& zoom)
-    {
-        return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<UserSettings application=\"Quorlane\">"
-               "<EditorSettings zoom=\"" + zoom + "\"/></UserSettings>";
-    }
 }
 
 // The zoom chosen on the options page is kept for every instance and resizes
@@ -69,7 +63,7 @@ TEST (EditorZoom, AZoomThatIsNoStepReadsAsOneHundredPercent)
     for (const auto& [text, expected] : { std::pair { "200", 200 }, { "125", 125 }, { "130", 100 }, { "0", 100 },
                                           { "-150", 100 }, { "150%", 100 }, { "abc", 100 }, { "", 100 }, { "1e9", 100 } })
     {
-        home.writeSettings (settingsWithZoom (text));
+        home.writeSettings ("<EditorSettings zoom=\"" + juce::String (text) + "\"/>");
         Quorlane plugin;
         EXPECT_EQ (plugin.getEditorZoom(), expected) << text;
         QuorlaneEditor editor (plugin);

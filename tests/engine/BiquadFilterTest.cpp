@@ -53,36 +53,6 @@ TEST (BiquadFilter, PeakAnOctaveBelowNominalFrequency)
     EXPECT_NEAR (gainAt (5000.0, 48000.0, 3000.0, 0.0, 2.0), 0.0, 1e-6);
 }
 
-TEST (BiquadFilter, GlidesInFixedStepsToTheTarget)
-{
-    BiquadTuning tuning (1000.0, 0.0, 1.0);
-    tuning.prepare (48000.0, 1000.0, 0.0, 1.0);
-    tuning.setFrequency (1500.0);
-    tuning.setGain (-6.0);
-    tuning.setBandwidth (2.0);
-
-    for (int n = 0; n < 100; ++n)
-        tuning.advance();
-
-    EXPECT_NEAR (tuning.getFrequency(), 1100.0, 1e-9);
-    EXPECT_NEAR (tuning.getGain(), -1.0, 1e-9);
-    EXPECT_NEAR (tuning.getBandwidth(), 1.1, 1e-9);
-
-    // Accumulated steps may land a hair short of the target: one more step.
-    for (int n = 100; n < 1001; ++n)
-        tuning.advance();
-
-    EXPECT_FALSE (tuning.isGliding());
-    EXPECT_EQ (tuning.getFrequency(), 1500.0);
-    EXPECT_EQ (tuning.getGain(), -6.0);
-    EXPECT_EQ (tuning.getBandwidth(), 2.0);
-
-    BiquadTuning direct (0.0, 0.0, 0.0);
-    direct.prepare (48000.0, 1500.0, -6.0, 2.0);
-    EXPECT_EQ (tuning.getCoefficients().b0, direct.getCoefficients().b0);
-    EXPECT_EQ (tuning.getCoefficients().a2, direct.getCoefficients().a2);
-}
-
 // Stereo and mono give identical output, and both stay within 1e-12 of the
 // transposed direct form summed in its textbook order (the filters order
 // the sums for speed, which changes the last bits).

@@ -1,13 +1,13 @@
-// Input a broken upstream plug-in or a damaged file can deliver: NaN,
-// infinities, numbers near the float limit and subnormals. The reverb must
-// keep producing finite output and recover as if the bad samples were silence.
+// Hostile input: the reverb must keep producing finite output and recover as
+// if the bad samples were silence.
 
 #include "StereoSignals.h"
+#include "tests/support/HostileSamples.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
+#include <string>
 
 namespace
 {
@@ -15,22 +15,6 @@ constexpr double rate = 48000.0;
 constexpr int length = 3 * 48000;
 
 enum class Place { start, middle, longRun };
-
-struct Hostile
-{
-    const char* name;
-    float value;
-    bool finite;
-};
-
-const Hostile hostileValues[] = {
-    { "NaN", std::numeric_limits<float>::quiet_NaN(), false },
-    { "+Inf", std::numeric_limits<float>::infinity(), false },
-    { "-Inf", -std::numeric_limits<float>::infinity(), false },
-    { "1e30", 1e30f, true },
-    { "max", std::numeric_limits<float>::max(), true },
-    { "subnormal", std::numeric_limits<float>::denorm_min() * 7.0f, true },
-};
 
 // Where the bad samples go; returns the index after the last one.
 int spoil (Stereo& s, Place place, bool bothChannels, float value)
@@ -75,22 +59,22 @@ TEST (HostileSignal, OutputStaysFiniteAndRecovers)
 
     for (unsigned quality = 0; quality < 4; ++quality)
     {
-        for (const auto& hostile : hostileValues)
+        for (const float hostile : hostileSamples)
         {
             for (auto [place, both] : { std::pair (Place::start, false), { Place::middle, true }, { Place::longRun, true } })
             {
                 Stereo in = clean, zeroed = clean;
-                const int end = spoil (in, place, both, hostile.value);
+                const int end = spoil (in, place, both, hostile);
                 spoil (zeroed, place, both, 0.0f);
 
                 auto core = makeCore (rate, quality);
                 core->postParameter (QuorlaneMapping::wetGain, 1.0f);
                 const Stereo out = render (*core, in, { 64, 1024, 33 });
-                const auto context = std::string (hostile.name) + " quality " + std::to_string (quality)
+                const auto context = std::to_string (hostile) + " quality " + std::to_string (quality)
                                    + " at " + std::to_string (end);
                 ASSERT_TRUE (allFinite (out)) << context;
 
-                if (hostile.finite)
+                if (std::isfinite (hostile))
                     continue;
 
                 auto reference = makeCore (rate, quality);

@@ -92,35 +92,27 @@ TEST (QuorlaneCore, SilenceEndsInExactZerosAndFreezesTheNetwork)
     EXPECT_EQ (a.right, b.right);
 }
 
-TEST (QuorlaneCore, QualityAboveThreeIsIgnored)
-{
-    QuorlaneCore core;
-    core.prepare (48000.0, 512);
-    const auto take = [&core] (unsigned quality)
-    {
-        core.postQuality (quality);
-        std::vector<float> block (QuorlaneCore::blockSize);
-        float* channels[] = { block.data(), block.data() };
-        core.process (channels, channels, QuorlaneCore::blockSize);
-        return core.getQuality();
-    };
-
-    EXPECT_EQ (take (2), 2u);
-    EXPECT_EQ (take (4), 2u);
-    EXPECT_EQ (take (100), 2u);
-    EXPECT_EQ (take (0), 0u);
-}
-
-TEST (QuorlaneCore, IndicesFromTwentyChangeNothing)
+// Qualities above three and parameter indices from twenty change nothing.
+TEST (QuorlaneCore, OutOfRangeControlIsIgnored)
 {
     const Stereo in = noise (10000);
-    auto a = makeCore (48000.0);
-    auto b = makeCore (48000.0);
+    auto a = makeCore (48000.0, 2);
+    auto b = makeCore (48000.0, 2);
+
+    render (*a, in);
+    render (*b, in);
 
     for (std::uint32_t index : { 20u, 21u, 110000u })
         a->postParameter (index, 0.9f);
 
+    a->postQuality (4);
     EXPECT_EQ (render (*a, in).left, render (*b, in).left);
+    a->postQuality (100);
+    render (*a, in);
+    EXPECT_EQ (a->getQuality(), 2u);
+    a->postQuality (0);
+    render (*a, in);
+    EXPECT_EQ (a->getQuality(), 0u);
 }
 
 TEST (QuorlaneCore, DecayEstimateAtSeveralSettings)
@@ -230,7 +222,8 @@ TEST (QuorlaneCore, PresetChangeFadesOutAppliesOnceAndReturns)
     }
 }
 
-TEST (QuorlaneCore, MonoRenderHasTheSameLatencyAndStaysFinite)
+// What the mono path plays is held by RecordedOutput.
+TEST (QuorlaneCore, MonoRenderHasTheSameLatency)
 {
     QuorlaneCore core;
     core.postParameter (QuorlaneMapping::dryWet, 0.0f);
@@ -244,16 +237,4 @@ TEST (QuorlaneCore, MonoRenderHasTheSameLatencyAndStaysFinite)
     EXPECT_EQ (io[31], 0.0f);
     EXPECT_EQ (io[32], 1.0f);
     EXPECT_EQ (io[1999], 1968.0f);
-
-    core.postParameter (QuorlaneMapping::dryWet, 1.0f);
-    Stereo in = noise (48000);
-
-    for (int done = 0; done < 48000; done += 240)
-    {
-        float* c[] = { in.left.data() + done };
-        core.processMono (c, 240);
-    }
-
-    EXPECT_TRUE (std::all_of (in.left.begin(), in.left.end(), [] (float x) { return std::isfinite (x); }));
-    EXPECT_TRUE (std::any_of (in.left.begin() + 24000, in.left.end(), [] (float x) { return std::abs (x) > 1e-3f; }));
 }

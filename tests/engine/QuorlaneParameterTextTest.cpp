@@ -43,10 +43,3 @@ TEST (QuorlaneParameterText, SplitsRoundToWholePercentAndVolumeSign)
     EXPECT_EQ (quorlaneParameterText (19, 0.4f), "-3.9dB");
     EXPECT_EQ (quorlaneParameterText (19, 0.51f), "+0.3dB");
 }
-
-TEST (QuorlaneParameterText, OtherIndicesHaveNoText)
-{
-    EXPECT_EQ (quorlaneParameterText (20, 0.5f), "");
-    EXPECT_EQ (quorlaneParameterText (21, 0.5f), "");
-    EXPECT_EQ (quorlaneParameterText (-1, 0.5f), "");
-}

@@ -1,5 +1,7 @@
 #include "engine/Quorlane.h"
 #include "engine/QuorlaneCore.h"
+#include "tests/support/ParameterNames.h"
+#include "tests/support/PluginBlocks.h"
 
 #include <gtest/gtest.h>
 
@@ -19,23 +21,28 @@ namespace
     };
 }
 
-// Names, order, automation and the MIDI answers are checked through each
-// hosted format; here what only the processor itself shows.
-TEST (HostInterface, ShowsTwentyParametersAndHidesTheInternalOnes)
+// Names, automation and the MIDI answers are checked through each hosted
+// format; here what only the processor itself shows.
+TEST (HostInterface, ShowsTheTwentyDescribedParametersAndHidesTheInternalOnes)
 {
     Quorlane plugin;
     const auto& params = plugin.getParameters();
     ASSERT_EQ (params.size(), 20);
-    EXPECT_EQ (params[18]->getName (3), "FX");
     EXPECT_EQ (params[14]->getName (3), "X F");
 
     // The host's defaults are the description's, not the first preset's.
+    const float defaults[] = { 0.5f, 0.5f, 1.0f, 0.5f, 0.5f, 0.5f, 0.5f, 0.5f, 0.5f, 1.0f,
+                               0.0f, 0.5f, 0.5f, 0.5f, 0.5f, 0.2f, 0.0f, 0.0f, 0.5f, 0.5f };
+
     for (int i = 0; i < params.size(); ++i)
     {
+        EXPECT_EQ (params[i]->getName (64), quorlaneParameterNames[i]);
         EXPECT_FALSE (params[i]->isMetaParameter());
-        EXPECT_FLOAT_EQ (params[i]->getDefaultValue(), plugin.getDefaultPreset().values[(size_t) i]);
+        EXPECT_FLOAT_EQ (params[i]->getDefaultValue(), defaults[i]) << quorlaneParameterNames[i];
+        EXPECT_EQ (plugin.getParameterManager().findParameter (quorlaneParameterNames[i]), plugin.getPluginParameter ((uint32_t) i));
     }
 
+    EXPECT_EQ (plugin.getParameterManager().findParameter ("early size"), nullptr) << "names match exactly";
     EXPECT_EQ (plugin.getHostParameterName (20), "");
     EXPECT_EQ (plugin.getHostParameterText (21), "");
     EXPECT_EQ (plugin.getHostParameterValue (500), 0.0f);
@@ -67,17 +74,13 @@ TEST (HostInterface, ChangesFromTheHostAreNotEchoedButOthersAreReported)
     plugin.removeListener (&listener);
 }
 
-// The tail a host asks for is the estimate for the values as they stand: at
-// once for a change off the audio thread, from the next block for changes the
-// host makes on it.
 // The tail a host asks for is worked out from the parameters as they are,
 // whichever thread moved them; the decay display follows on the message
 // thread.
 TEST (HostInterface, TailLengthAndDecayDisplayFollowTheDecayInputsFromEveryThread)
 {
     Quorlane plugin;
-    plugin.setPlayConfigDetails (2, 2, 48000.0, 64);
-    plugin.prepareToPlay (48000.0, 64);
+    prepare (plugin, 64);
     auto& host = plugin.getParameters();
 
     const auto expected = [&plugin]
@@ -95,16 +98,13 @@ TEST (HostInterface, TailLengthAndDecayDisplayFollowTheDecayInputsFromEveryThrea
 
     std::thread ([&]
     {
-        juce::AudioBuffer<float> buffer (2, 64);
-        juce::MidiBuffer midi;
-        buffer.clear();
-        plugin.processBlock (buffer, midi);
+        processBlocks (plugin, 64, 1);
         host[QuorlaneMapping::lateSize]->setValue (0.8f);
         host[QuorlaneMapping::predelay]->setValue (0.6f);
         EXPECT_DOUBLE_EQ (plugin.getTailLengthSeconds(), expected());
     }).join();
 
-    juce::MessageManager::getInstance()->runDispatchLoopUntil (50);
+    runMessageLoop();
     EXPECT_NEAR (plugin.getPluginParameter (Quorlane::decayTimeIndex)->getValue(), expected(), 1e-3);
     plugin.releaseResources();
 }

@@ -196,23 +196,3 @@ TEST_F (MidiControlTest, AWrittenMapReadsBackToTheSameSlotsAndFilesBelongToThePl
     EXPECT_EQ (foreign.getParameterAt (1), &param ("FX")) << "a refused file changes nothing";
     EXPECT_EQ (dialogFolder (foreign.getLastFolder()), start);
 }
-
-TEST_F (MidiControlTest, ReadingSkipsWhatCannotBeBound)
-{
-    const auto map = juce::parseXML (R"(<MidiCCMap>
-        <assign param="Quality" CC="1"/>
-        <assign param="FX" CC="128"/>
-        <assign param="FX" CC="-3"/>
-        <assign param="FX" CC="4294967303"/>
-        <assign param="FX" CC="7 beats"/>
-        <assign param="No Such Thing" CC="2"/>
-        <Assign param="Late Size" CC="3"/>
-        <assign param="Early Size" CC="9"/>
-        <assign param="Early Size" CC="10"/>
-    </MidiCCMap>)");
-
-    control.readMap (*map);
-
-    EXPECT_EQ (control.getMappedCount(), 1);
-    EXPECT_EQ (control.getParameterAt (10), &param ("Early Size")) << "a later assignment of the same parameter wins";
-}

@@ -198,12 +198,4 @@ TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
     }
 
     EXPECT_EQ (core.parameters.size(), 1u) << "quality reaches the core as a step, not as a parameter";
-
-    const char* const keywords[] = { "low", "medium", "high", "highest" };
-    for (int step = 0; step < 4; ++step)
-    {
-        EXPECT_EQ (CorvelleEffect::qualityKeyword (step), keywords[step]);
-        EXPECT_EQ (CorvelleEffect::qualityStepForKeyword (keywords[step]), step);
-    }
-    EXPECT_EQ (CorvelleEffect::qualityStepForKeyword ("ultra"), -1);
 }

@@ -4,18 +4,17 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
-#include "../support/Environment.h"
-#include "../support/ParameterNames.h"
-#include "../support/ScopedConfigHome.h"
 #include "../support/EditorFollowWatch.h"
+#include "../support/Environment.h"
+#include "../support/HostileSamples.h"
+#include "../support/ParameterNames.h"
+#include "../support/PluginBlocks.h"
+#include "../support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <thread>
 
 namespace
@@ -47,11 +46,6 @@ namespace
         return juce::String::fromUTF8 (installed.empty() ? built : installed.c_str());
     }
 
-    void pumpMessages (int milliseconds = 20)
-    {
-        juce::MessageManager::getInstance()->runDispatchLoopUntil (milliseconds);
-    }
-
     // One block with the given MIDI, its first sample an impulse on either
     // channel (or silence); the processed block is returned.
     juce::AudioBuffer<float> processOneBlock (juce::AudioPluginInstance& plugin, juce::MidiBuffer midi = {},
@@ -67,19 +61,10 @@ namespace
 
     // Some formats deliver parameter changes and restored state with the next
     // processed block, as a host's audio thread would.
-    void processBlocks (juce::AudioPluginInstance& plugin, int blocks)
+    void processAndPump (juce::AudioPluginInstance& plugin, int blocks)
     {
-        for (int b = 0; b < blocks; ++b)
-            processOneBlock (plugin);
-
-        pumpMessages();
-    }
-
-    juce::MidiBuffer oneEvent (const juce::MidiMessage& message)
-    {
-        juce::MidiBuffer midi;
-        midi.addEvent (message, 0);
-        return midi;
+        processBlocks (plugin, 256, blocks);
+        runMessageLoop();
     }
 
     // Our own PluginState document, found inside what a format's host saved:
@@ -225,7 +210,7 @@ TEST_P (HostedPlugin, ShowsTheTwentyParametersAndPlaysDryAtItsLatency)
     auto* fx = parameterNamed (*plugin, "FX");
     ASSERT_NE (fx, nullptr);
     fx->setValueNotifyingHost (0.0f);
-    processBlocks (*plugin, 60); // long enough for the dry/wet gain to settle
+    processAndPump (*plugin, 60); // long enough for the dry/wet gain to settle
 
     // Fully dry at unity volume: the impulse comes back, 32 samples late.
     const auto buffer = processOneBlock (*plugin, {}, 0.5f, -0.5f);
@@ -242,9 +227,6 @@ TEST_P (HostedPlugin, SurvivesNonFiniteInputAndResetsToSilence)
     auto plugin = instantiate();
     ASSERT_NE (plugin, nullptr);
 
-    const float hostile[] = { std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
-                              -std::numeric_limits<float>::infinity(), 1e30f, std::numeric_limits<float>::max(),
-                              std::numeric_limits<float>::denorm_min() };
     float lastLevel = 0.0f;
 
     for (int block = 0; block < 120; ++block)
@@ -256,7 +238,7 @@ TEST_P (HostedPlugin, SurvivesNonFiniteInputAndResetsToSilence)
                 buffer.setSample (channel, i, 0.25f * std::sin ((float) (block * 256 + i) * 0.03f));
 
         if (block < 60)
-            buffer.setSample (block % 2, 7, hostile[(size_t) block % std::size (hostile)]);
+            buffer.setSample (block % 2, 7, hostileSamples[(size_t) block % std::size (hostileSamples)]);
 
         juce::MidiBuffer midi;
         plugin->processBlock (buffer, midi);
@@ -307,9 +289,8 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
                               "</PresetGroup></PresetBank>");
     const auto settings = [&] (const char* quality, const juce::String& map, const juce::String& presets)
     {
-        home.writeSettings ("<UserSettings application=\"Quorlane\"><QualitySettings default=\"" + juce::String (quality)
-                            + "\"/><ResourcesSettings><MidiCCMap file=\"" + map + "\"/>" + presets
-                            + "</ResourcesSettings></UserSettings>");
+        home.writeSettings ("<QualitySettings default=\"" + juce::String (quality) + "\"/><ResourcesSettings><MidiCCMap file=\""
+                            + map + "\"/>" + presets + "</ResourcesSettings>");
     };
 
     settings ("high", mapFile ("FX", 74),
@@ -318,11 +299,11 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     ASSERT_NE (source, nullptr);
 
     // A program change from the host chooses the current preset.
-    processOneBlock (*source, oneEvent (juce::MidiMessage::programChange (1, 1)));
+    processOneBlock (*source, midiEvent (juce::MidiMessage::programChange (1, 1)));
 
     parameterNamed (*source, "Late Feedback")->setValueNotifyingHost (0.875f);
     parameterNamed (*source, "Predelay")->setValueNotifyingHost (0.125f);
-    processBlocks (*source, 2);
+    processAndPump (*source, 2);
 
     juce::MemoryBlock state;
     source->getStateInformation (state);
@@ -344,7 +325,7 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     EXPECT_NE (fresh, state);
 
     restored->setStateInformation (state.getData(), (int) state.getSize());
-    processBlocks (*restored, 2);
+    processAndPump (*restored, 2);
 
     juce::MemoryBlock restoredState;
     restored->getStateInformation (restoredState);
@@ -354,20 +335,19 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
 
     // The restored map drives "FX" from controller 74 (not "Late Size"): at 0
     // the output turns fully dry, the impulse coming back 32 samples late.
-    processOneBlock (*restored, oneEvent (juce::MidiMessage::controllerEvent (1, 74, 0)));
-    processBlocks (*restored, 60);
+    processOneBlock (*restored, midiEvent (juce::MidiMessage::controllerEvent (1, 74, 0)));
+    processAndPump (*restored, 60);
     EXPECT_NEAR (processOneBlock (*restored, {}, 0.5f).getSample (0, 32), 0.5f, 1e-6f);
 }
 
 // As a DAW runs a plug-in: the instance made on a host thread, the skinned
-// editor open at the background's size, automation played on an audio thread
-// of its own in real time, the host's message loop left to run. The knob and
-// the decay display follow the automated "Late Size" within 100 ms, and with
+// editor open at the background's size, automation of "Late Size" played on
+// an audio thread in real time, the host's message loop left to run; with
 // automatic storing on, the value is stored into the current preset.
 TEST_P (HostedPlugin, AutomationFromTheHostsThreadsIsShownAndStored)
 {
     const ScopedConfigHome home;
-    home.writeSettings ("<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+    home.writeSettings ("<PresetSettings storing=\"automatic\"/>");
     auto plugin = instantiate();
     ASSERT_NE (plugin, nullptr);
     auto* lateSize = parameterNamed (*plugin, "Late Size");
@@ -379,48 +359,20 @@ TEST_P (HostedPlugin, AutomationFromTheHostsThreadsIsShownAndStored)
     EXPECT_EQ (editor->getHeight(), 207);
     editor->addToDesktop (0);
     editor->setVisible (true);
-    pumpMessages (300);
+    runMessageLoop (300);
     auto* window = editor->getPeer() != nullptr ? editor->getPeer()->getNativeHandle() : nullptr;
     ASSERT_NE (window, nullptr);
 
     EditorFollowWatch watch (window);
     ASSERT_TRUE (watch.canSee());
-
-    using Clock = EditorFollowWatch::Clock;
-    std::atomic<bool> playing { true };
-    std::atomic<Clock::rep> automatedAt { 0 };
-    std::thread audio ([&]
+    juce::AudioBuffer<float> buffer (2, 256);
+    juce::MidiBuffer midi;
+    watch.followAutomation ([&]
     {
-        juce::AudioBuffer<float> buffer (2, 256);
-        juce::MidiBuffer midi;
-
-        for (int block = 0; playing; ++block)
-        {
-            if (block == 20)
-            {
-                lateSize->setValue (0.9f);
-                automatedAt = Clock::now().time_since_epoch().count();
-            }
-
-            buffer.clear();
-            plugin->processBlock (buffer, midi);
-            std::this_thread::sleep_for (std::chrono::microseconds (5333));
-        }
-    });
-
-    while (automatedAt == 0)
-        pumpMessages (10);
-
-    const auto automated = Clock::time_point (Clock::duration (automatedAt.load()));
-
-    for (const auto end = automated + std::chrono::seconds (1); Clock::now() < end && ! watch.look();)
-        pumpMessages (10);
-
-    pumpMessages (200);
-    playing = false;
-    audio.join();
-
-    watch.expectFollowed (automated);
+        buffer.clear();
+        plugin->processBlock (buffer, midi);
+    },
+    [&] { lateSize->setValue (0.9f); }, [] { runMessageLoop (10); });
 
     juce::MemoryBlock state;
     plugin->getStateInformation (state);
@@ -429,7 +381,7 @@ TEST_P (HostedPlugin, AutomationFromTheHostsThreadsIsShownAndStored)
     EXPECT_NEAR (storedValue (*saved, "Late Size"), 0.9, 1e-6);
 
     editor.reset();
-    pumpMessages();
+    runMessageLoop();
 }
 
 // On screen, a host scale of 2 (VST3 content scale, LV2 ui:scaleFactor)
@@ -444,14 +396,14 @@ TEST_P (HostedPlugin, FollowsTheHostsScale)
     ASSERT_NE (editor, nullptr);
     editor->addToDesktop (juce::ComponentPeer::windowHasTitleBar);
     editor->setVisible (true);
-    pumpMessages (200);
+    runMessageLoop (200);
     editor->setScaleFactor (2.0f);
-    pumpMessages (300);
+    runMessageLoop (300);
     EXPECT_EQ (editor->getWidth(), 1266);
     EXPECT_EQ (editor->getHeight(), 414);
 
     editor.reset();
-    pumpMessages();
+    runMessageLoop();
 }
 
 #ifdef QUORLANE_LV2_DIR

@@ -2,34 +2,29 @@
 // effect record, with the opcode numbers and record layout of the VST 2.4 ABI
 // written out here rather than taken from any SDK header.
 
+#include "../support/EditorFollowWatch.h"
 #include "../support/Environment.h"
+#include "../support/HostileSamples.h"
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
-#include "../support/SharedLibrary.h"
-#include "../support/Vst2Abi.h"
+#include "../support/Vst2Plugin.h"
 #include "../support/WindowManagerAtoms.h"
-#include "../support/EditorFollowWatch.h"
 #include "framework/UserSettingsFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <cmath>
-#include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <limits>
-#include <random>
-#include <regex>
 #include <fstream>
-#include <functional>
 #include <map>
 #include <mutex>
+#include <random>
+#include <regex>
 #include <set>
-#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -45,68 +40,12 @@ namespace
 
     constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32;
 
-    // The build's own plug-in, or an installed copy named by
+    // An instance of the build's own plug-in, or of the installed copy named by
     // QUORLANE_VST2_PLUGIN: the package tests load what each install put in place.
-    std::string pluginPath()
+    struct Vst2Plugin : Plugin
     {
-        const auto installed = environmentVariable ("QUORLANE_VST2_PLUGIN");
-        return installed.empty() ? QUORLANE_VST2_PATH : installed;
-    }
-
-    intptr_t host (Effect*, int32_t opcode, int32_t, intptr_t, void*, float)
-    {
-        return opcode == 1 ? 2400 : 0; // audioMasterVersion
-    }
-
-    class Vst2Plugin
-    {
-    public:
-        Vst2Plugin()
-        {
-            if (auto main = reinterpret_cast<Effect* (*) (Dispatcher)> (library.symbol ("VSTPluginMain")))
-                effect = main (host);
-
-            if (effect != nullptr)
-                call (effOpen);
-        }
-
-        ~Vst2Plugin()
-        {
-            if (effect != nullptr)
-                call (effClose);
-        }
-
-        intptr_t call (int32_t opcode, int32_t index = 0, intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f)
-        {
-            return effect->dispatcher (effect, opcode, index, value, ptr, opt);
-        }
-
-        float get (int32_t index) { return effect->getParameter (effect, index); }
-        void set (int32_t index, float value) { effect->setParameter (effect, index, value); }
-
-        // Filled first, so that an answer left unterminated shows.
-        std::string text (int32_t opcode, int32_t index = 0)
-        {
-            std::string buffer (256, 'X');
-            call (opcode, index, 0, buffer.data());
-            return buffer.c_str();
-        }
-
-        // The whole state, or the program chunk (the current preset alone).
-        std::string chunk (bool program = false)
-        {
-            void* data = nullptr;
-            const auto size = call (effGetChunk, program ? 1 : 0, 0, &data);
-            return data != nullptr && size > 0 ? std::string (static_cast<const char*> (data), (size_t) size) : std::string();
-        }
-
-        void setChunk (const std::string& chunk, bool program = false)
-        {
-            call (effSetChunk, program ? 1 : 0, (intptr_t) chunk.size(), const_cast<char*> (chunk.data()));
-        }
-
-        const SharedLibrary library { pluginPath().c_str() };
-        Effect* effect = nullptr;
+        Vst2Plugin() : Plugin (environmentVariable ("QUORLANE_VST2_PLUGIN").empty() ? QUORLANE_VST2_PATH
+                                                                                    : environmentVariable ("QUORLANE_VST2_PLUGIN")) {}
     };
 
     constexpr int32_t fourCC (const char (&c)[5])
@@ -339,14 +278,7 @@ TEST_F (Vst2Abi, ProgramChunkIsTheCurrentPresetAlone)
 // stays finite and the reverb keeps sounding.
 TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
 {
-    plugin.call (effSetSampleRate, 0, 0, nullptr, 48000.0f);
-    plugin.call (effSetBlockSize, 0, 256);
-    plugin.call (effMainsChanged, 0, 1);
-    plugin.call (effStartProcess);
-
-    const float hostile[] = { std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
-                              -std::numeric_limits<float>::infinity(), 1e30f, std::numeric_limits<float>::max(),
-                              std::numeric_limits<float>::denorm_min() };
+    plugin.start (256);
     std::vector<float> left (256), right (256);
     float lastLevel = 0.0f;
 
@@ -357,11 +289,10 @@ TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
             left[i] = right[i] = 0.25f * std::sin ((float) (block * 256 + (int) i) * 0.03f);
 
             if (block < 60 && i % 64 == 3)
-                (i % 128 == 3 ? left : right)[i] = hostile[(size_t) block % std::size (hostile)];
+                (i % 128 == 3 ? left : right)[i] = hostileSamples[(size_t) block % std::size (hostileSamples)];
         }
 
-        float* channels[] = { left.data(), right.data() };
-        plugin.effect->processReplacing (plugin.effect, channels, channels, 256);
+        plugin.process (left, right);
         lastLevel = 0.0f;
 
         for (size_t i = 0; i < 256; ++i)
@@ -373,15 +304,13 @@ TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
 
     EXPECT_GT (lastLevel, 0.01f) << "still sounding after the bad input";
     EXPECT_GE (plugin.call (effGetTailSize), 1) << "a reverb announces a tail";
-    plugin.call (effStopProcess);
-    plugin.call (effMainsChanged, 0, 0);
+    plugin.stop();
 }
 
 // As a DAW runs the plug-in: the editor open in a window of the host's, at
-// the skin's size, with the host's idle calls every 10 ms, automation played
-// on an audio thread of its own in real time. The knob and the decay display follow the automated
-// "Late Size" within 100 ms, and with automatic storing on, the value is
-// stored into the current preset.
+// the skin's size, with the host's idle calls, automation of "Late Size"
+// played on an audio thread in real time; with automatic storing on, the
+// value is stored into the current preset.
 TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
 {
     const ScopedSettings settings ("<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
@@ -390,11 +319,7 @@ TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
     NativeParentWindow parent;
     ASSERT_NE (parent.handle(), nullptr) << "no window system";
 
-    constexpr int32_t lateSize = 6, blockSize = 256;
-    plugin.call (effSetSampleRate, 0, 0, nullptr, 48000.0f);
-    plugin.call (effSetBlockSize, 0, blockSize);
-    plugin.call (effMainsChanged, 0, 1);
-    plugin.call (effStartProcess);
+    plugin.start (256);
 
     EditorRect* rect = nullptr;
     ASSERT_NE (plugin.call (effEditGetRect, 0, 0, &rect), 0);
@@ -403,62 +328,31 @@ TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
     EXPECT_EQ (rect->bottom - rect->top, 207);
     ASSERT_NE (plugin.call (effEditOpen, 0, 0, parent.handle()), 0);
 
-    using Clock = EditorFollowWatch::Clock;
-    const auto idleFor = [&] (std::chrono::milliseconds duration, const std::function<bool()>& until = {})
+    // The host's idle calls, every 10 ms.
+    const auto idle = [&]
     {
-        for (const auto end = Clock::now() + duration; Clock::now() < end;)
-        {
-            parent.dispatchEvents();
-            plugin.call (effEditIdle);
-
-            if (until && until())
-                return true;
-
-            std::this_thread::sleep_for (std::chrono::milliseconds (10));
-        }
-
-        return false;
+        parent.dispatchEvents();
+        plugin.call (effEditIdle);
+        std::this_thread::sleep_for (std::chrono::milliseconds (10));
     };
 
-    idleFor (std::chrono::milliseconds (300));
+    for (int i = 0; i < 30; ++i)
+        idle();
+
     EditorFollowWatch watch (parent.handle());
     ASSERT_TRUE (watch.canSee());
-
-    std::atomic<bool> playing { true };
-    std::atomic<Clock::rep> automatedAt { 0 };
-    std::thread audio ([&]
+    std::vector<float> left (256), right (256);
+    watch.followAutomation ([&]
     {
-        std::vector<float> left (blockSize), right (blockSize);
-        float* channels[] = { left.data(), right.data() };
+        std::fill (left.begin(), left.end(), 0.0f);
+        std::fill (right.begin(), right.end(), 0.0f);
+        plugin.process (left, right);
+    },
+    [&] { plugin.set (6, 0.9f); }, idle);
 
-        for (int block = 0; playing; ++block)
-        {
-            if (block == 20)
-            {
-                plugin.set (lateSize, 0.9f);
-                automatedAt = Clock::now().time_since_epoch().count();
-            }
-
-            std::fill (left.begin(), left.end(), 0.0f);
-            std::fill (right.begin(), right.end(), 0.0f);
-            plugin.effect->processReplacing (plugin.effect, channels, channels, blockSize);
-            std::this_thread::sleep_for (std::chrono::microseconds (5333));
-        }
-    });
-
-    idleFor (std::chrono::seconds (2), [&] { return automatedAt != 0; });
-    const auto automated = Clock::time_point (Clock::duration (automatedAt.load()));
-    idleFor (std::chrono::seconds (1), [&] { return watch.look(); });
-    idleFor (std::chrono::milliseconds (200));
-    playing = false;
-    audio.join();
-
-    watch.expectFollowed (automated);
     EXPECT_NEAR (storedInCurrentPreset (plugin.chunk(), "Late Size"), 0.9, 1e-6);
-
     plugin.call (effEditClose);
-    plugin.call (effStopProcess);
-    plugin.call (effMainsChanged, 0, 0);
+    plugin.stop();
 }
 
 namespace

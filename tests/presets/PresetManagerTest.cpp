@@ -1,6 +1,7 @@
 // The preset manager of a whole plug-in instance: its bank, selection,
 // editing operations, files, settings, silent changes and project state.
 #include "engine/Quorlane.h"
+#include "tests/support/PluginBlocks.h"
 #include "tests/support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
@@ -16,25 +17,8 @@ namespace
         int applied = 0;
     };
 
-    std::array<float, 20> liveValues (Quorlane& plugin)
-    {
-        std::array<float, 20> values {};
-        for (uint32_t i = 0; i < 20; ++i)
-            values[i] = plugin.getPluginParameter (i)->getNormalisedValue();
-        return values;
-    }
-
     juce::String presetNameParameter (Quorlane& p) { return p.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText(); }
     int presetNumberParameter (Quorlane& p) { return p.getPluginParameter (BasePluginOldStyle::currentPresetNumberIndex)->getIntValue(); }
-
-    // Long enough for the plug-in's message-thread poll to run.
-    void runMessageLoop() { juce::MessageManager::getInstance()->runDispatchLoopUntil (50); }
-
-    void prepare (Quorlane& plugin, int blockSize)
-    {
-        plugin.setPlayConfigDetails (2, 2, 48000.0, blockSize);
-        plugin.prepareToPlay (48000.0, blockSize);
-    }
 
     void restore (Quorlane& plugin, const juce::XmlElement& state)
     {
@@ -42,36 +26,17 @@ namespace
         juce::AudioProcessor::copyXmlToBinary (state, chunk);
         plugin.setStateInformation (chunk.getData(), (int) chunk.getSize());
     }
-
-    juce::String settingsDocument (const juce::String& children)
-    {
-        return "<?xml version='1.0' encoding='UTF-8'?><UserSettings application='Quorlane'>" + children + "</UserSettings>";
-    }
-}
-
-TEST (PresetManager, ANewInstanceHasTheFactoryBankAndPlaysItsFirstPreset)
-{
-    Quorlane plugin;
-    const auto groups = plugin.getGroups();
-    ASSERT_EQ (groups.size(), 3u);
-    EXPECT_EQ (groups[0].name, "Dry/Wet");
-    EXPECT_EQ (groups[0].count, 23);
-    EXPECT_EQ (groups[1].name, "Wet");
-    EXPECT_EQ (groups[1].count, 24);
-    EXPECT_EQ (plugin.getFirstSlotOfGroup (1), 23);
-
-    EXPECT_EQ (liveValues (plugin), plugin.getSlot (0)->values);
-    EXPECT_EQ (presetNumberParameter (plugin), 0);
-    EXPECT_EQ (presetNameParameter (plugin), "Cristal Cave [d/w]");
-    EXPECT_EQ (plugin.getDefaultPreset().name, "empty");
 }
 
 TEST (PresetManager, SteppingStopsAtEitherEndSelectingAloneDoesNotApplyAndProgramChangesApply)
 {
     Quorlane plugin;
+    EXPECT_EQ (liveValues (plugin), plugin.getSlot (0)->values) << "a new instance plays the first preset";
+    EXPECT_EQ (presetNumberParameter (plugin), 0);
+    EXPECT_EQ (presetNameParameter (plugin), "Cristal Cave [d/w]");
+
     CountingListener listener;
     plugin.addPresetManagerListener (&listener);
-
     plugin.selectPreviousPreset();
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 0u);
     EXPECT_EQ (listener.applied, 0);
@@ -95,11 +60,7 @@ TEST (PresetManager, SteppingStopsAtEitherEndSelectingAloneDoesNotApplyAndProgra
     plugin.removePresetManagerListener (&listener);
 
     prepare (plugin, 256);
-    juce::AudioBuffer<float> buffer (2, 256);
-    buffer.clear();
-    juce::MidiBuffer midi;
-    midi.addEvent (juce::MidiMessage::programChange (1, 30), 100);
-    plugin.processBlock (buffer, midi);
+    processBlocks (plugin, 256, 1, midiEvent (juce::MidiMessage::programChange (1, 30), 100));
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 30u);
     EXPECT_EQ (presetNumberParameter (plugin), 30);
     EXPECT_EQ (liveValues (plugin), plugin.getSlot (30)->values);
@@ -155,8 +116,7 @@ TEST (PresetManager, EditingTouchesOnlyTheCurrentSlotAndStoringFollowsItsMode)
     EXPECT_NE (plugin.getSlot (3)->values[7], 0.3f);
 
     const auto slot4 = plugin.getSlot (4)->values;
-    plugin.setPlayConfigDetails (2, 2, 48000.0, 64);
-    plugin.prepareToPlay (48000.0, 64);
+    prepare (plugin, 64);
     std::thread ([&plugin]
     {
         juce::AudioBuffer<float> buffer (2, 64);
@@ -258,8 +218,8 @@ TEST (PresetManager, SettingsChooseHowTheBankIsFilledAndAreSavedWhenChanged)
         ASSERT_TRUE (plugin.saveBankFile (bankFile.getFile()));
     }
 
-    home.writeSettings (settingsDocument ("<ResourcesSettings><Presets default='CLEARpresets'/></ResourcesSettings>"
-                                          "<PresetSettings storing='Automatic' changing='Silent'/>"));
+    home.writeSettings ("<ResourcesSettings><Presets default='CLEARpresets'/></ResourcesSettings>"
+                        "<PresetSettings storing='Automatic' changing='Silent'/>");
     {
         Quorlane plugin;
         EXPECT_EQ (plugin.getDefaultPresetsMode(), BasePluginOldStyle::clearPresets);
@@ -269,13 +229,12 @@ TEST (PresetManager, SettingsChooseHowTheBankIsFilledAndAreSavedWhenChanged)
     }
 
     // An unknown keyword leaves the mode where it was: factory presets.
-    home.writeSettings (settingsDocument ("<ResourcesSettings><Presets default='userPresets' file='x'/></ResourcesSettings>"));
+    home.writeSettings ("<ResourcesSettings><Presets default='userPresets' file='x'/></ResourcesSettings>");
     EXPECT_EQ (Quorlane().getSlotName (0), "Cristal Cave [d/w]");
 
     for (const auto& file : { bankFile.getFile().getFullPathName(), juce::String ("/no/such/bank.qlprsb"), juce::String() })
     {
-        home.writeSettings (settingsDocument ("<ResourcesSettings><Presets default='userDefinedPresets' file='"
-                                              + file + "'/></ResourcesSettings>"));
+        home.writeSettings ("<ResourcesSettings><Presets default='userDefinedPresets' file='" + file + "'/></ResourcesSettings>");
         Quorlane plugin;
         EXPECT_EQ (plugin.getDefaultPresetsMode(), BasePluginOldStyle::userDefinedPresets);
         EXPECT_EQ (plugin.getSlotName (0), file == bankFile.getFile().getFullPathName() ? "From my bank" : "Cristal Cave [d/w]") << file;

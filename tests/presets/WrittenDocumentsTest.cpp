@@ -4,6 +4,7 @@
 // same bytes and reads those files back into the same settings. After a
 // deliberate change to a format, rewrite them with QUORLANE_REWRITE_DOCUMENTS=1.
 #include "engine/Quorlane.h"
+#include "tests/support/PluginBlocks.h"
 #include "tests/support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
@@ -44,14 +45,6 @@ namespace
         juce::MemoryBlock bytes;
         file.loadFileAsData (bytes);
         return bytes;
-    }
-
-    std::array<float, 20> liveValues (Quorlane& plugin)
-    {
-        std::array<float, 20> values {};
-        for (uint32_t i = 0; i < 20; ++i)
-            values[i] = plugin.getPluginParameter (i)->getNormalisedValue();
-        return values;
     }
 
     // The files keep six significant digits.

@@ -8,20 +8,11 @@
 #include "AudioThreadCounters.h"
 
 #include "../support/ScopedConfigHome.h"
-#include "../support/SharedLibrary.h"
-#include "../support/Vst2Abi.h"
+#include "../support/Vst2Plugin.h"
 
 #include <gtest/gtest.h>
 
 #include <thread>
-
-namespace
-{
-    intptr_t host (Vst2::Effect*, int32_t opcode, int32_t, intptr_t, void*, float)
-    {
-        return opcode == Vst2::audioMasterVersion ? 2400 : 0;
-    }
-}
 
 TEST (AudioThread, Vst2BuildNeverAllocatesTakesOurLocksOrPosts)
 {
@@ -32,33 +23,16 @@ TEST (AudioThread, Vst2BuildNeverAllocatesTakesOurLocksOrPosts)
 #endif
     using namespace Vst2;
     const ScopedConfigHome home;
-    home.writeSettings ("<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
-    const SharedLibrary library { QUORLANE_VST2_PATH };
-    const auto main = reinterpret_cast<Effect* (*) (Dispatcher)> (library.symbol ("VSTPluginMain"));
-    ASSERT_NE (main, nullptr) << library.error();
-    auto* effect = main (host);
-    ASSERT_NE (effect, nullptr);
+    home.writeSettings ("<PresetSettings storing=\"automatic\"/>");
+    Plugin plugin { QUORLANE_VST2_PATH };
+    ASSERT_NE (plugin.effect, nullptr) << plugin.library.error();
 
     constexpr int blockSize = 256, numParameters = 20;
-    const auto call = [effect] (int32_t opcode, int32_t index = 0, intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f)
-    {
-        return effect->dispatcher (effect, opcode, index, value, ptr, opt);
-    };
-
-    call (effOpen);
-    call (effSetSampleRate, 0, 0, nullptr, 48000.0f);
-    call (effSetBlockSize, 0, blockSize);
-    call (effMainsChanged, 0, 1);
-    call (effStartProcess);
-
+    plugin.start (blockSize);
     std::vector<float> left (blockSize), right (blockSize);
-    float* channels[] = { left.data(), right.data() };
-    AudioThreadCounters::exemptFirstLockOf ([&] { effect->processReplacing (effect, channels, channels, blockSize); });
+    AudioThreadCounters::exemptFirstLockOf ([&] { plugin.process (left, right); });
 
-    const auto moveParameter = [effect] (int index)
-    {
-        effect->setParameter (effect, index, effect->getParameter (effect, index) < 0.5f ? 0.9f : 0.1f);
-    };
+    const auto moveParameter = [&plugin] (int index) { plugin.set (index, plugin.get (index) < 0.5f ? 0.9f : 0.1f); };
 
     for (int i = 0; i < numParameters; ++i)
         AudioThreadCounters::exemptLastLockOf ([&] { moveParameter (i); });
@@ -83,7 +57,7 @@ TEST (AudioThread, Vst2BuildNeverAllocatesTakesOurLocksOrPosts)
         for (int block = firstBlock; block < lastBlock; ++block)
         {
             for (int i = 0; i < numParameters; ++i)
-                effect->setParameter (effect, i, (float) ((block * 7 + i * 13) % 101) / 100.0f);
+                plugin.set (i, (float) ((block * 7 + i * 13) % 101) / 100.0f);
 
             Events<3> events;
             controller.data[0] = 0xb0;
@@ -99,8 +73,8 @@ TEST (AudioThread, Vst2BuildNeverAllocatesTakesOurLocksOrPosts)
                 events.events[events.count++] = &program;
             }
 
-            call (effProcessEvents, 0, 0, &events);
-            effect->processReplacing (effect, channels, channels, blockSize);
+            plugin.call (effProcessEvents, 0, 0, &events);
+            plugin.process (left, right);
         }
     };
 
@@ -114,8 +88,5 @@ TEST (AudioThread, Vst2BuildNeverAllocatesTakesOurLocksOrPosts)
     EXPECT_EQ (counts.ownLocks, 0);
     EXPECT_EQ (counts.lockWaits, 0);
     EXPECT_EQ (counts.writes, 0);
-
-    call (effStopProcess);
-    call (effMainsChanged, 0, 0);
-    call (effClose);
+    plugin.stop();
 }

@@ -39,10 +39,12 @@ public:
         return folder.getChildFile (pluginName).getChildFile (pluginName + ".ini");
     }
 
-    void writeSettings (const juce::String& text) const
+    // A settings document of the given elements, as the plug-in writes one.
+    void writeSettings (const juce::String& elements) const
     {
         settingsFile().getParentDirectory().createDirectory();
-        settingsFile().replaceWithText (text);
+        settingsFile().replaceWithText ("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<UserSettings application=\"Quorlane\">"
+                                        + elements + "</UserSettings>");
     }
 
 private:
