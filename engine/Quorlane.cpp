@@ -61,6 +61,11 @@ void Quorlane::publishDecayTime()
 
 juce::String Quorlane::getParameterDisplayText (int index, float normalisedValue) const
 {
+    if (index == (int) QuorlaneMapping::lateBassCut)
+        if (const auto* p = getPluginParameter ((uint32_t) index); p != nullptr && p->getNormalisedValue() == normalisedValue)
+            if (const auto* engine = static_cast<const QuorlaneCore*> (getCore()); engine != nullptr && engine->isBassCutOnPreparedCurve())
+                return quorlanePreparedBassCutText (normalisedValue);
+
     if (index >= 0 && index < hostParameterCount)
         return quorlaneParameterText (index, normalisedValue);
 

@@ -218,6 +218,7 @@ void QuorlaneCore::recomputeAll() noexcept
     // Until the knob next moves, the bass cut follows the curve without the
     // offset that a knob change applies.
     setBassCut (preparedBassCutFrequency (values[lateBassCut]));
+    bassCutOnPreparedCurve.store (true, std::memory_order_relaxed);
 
     for (auto& e : elements)
         e.init (e.getTargetLength(), e.getTargetDepth(), e.getCoefficient());
@@ -300,7 +301,10 @@ void QuorlaneCore::applyParameter (std::uint32_t index) noexcept
 
         case lateFeedback:    feedback = feedbackGain (p); break;
         case lateAttenuation: lateCoefficient = onePoleCoefficient (attenuationFrequency (p), sr); break;
-        case lateBassCut:     setBassCut (bassCutFrequency (p)); break;
+        case lateBassCut:
+            setBassCut (bassCutFrequency (p));
+            bassCutOnPreparedCurve.store (false, std::memory_order_relaxed);
+            break;
 
         case lateEqFrequency:
             lateEq.getTuning().setFrequency (eqFrequency (p));

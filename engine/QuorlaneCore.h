@@ -72,6 +72,11 @@ public:
     unsigned getQuality() const noexcept { return quality; }
     const RateConstants& getRateConstants() const noexcept { return rate; }
 
+    // Whether the bass cut follows the curve a prepare rebuilds it from
+    // (QuorlaneMapping::preparedBassCutFrequency) rather than the knob's own,
+    // as it does until the knob next moves. Any thread.
+    bool isBassCutOnPreparedCurve() const noexcept { return bassCutOnPreparedCurve.load (std::memory_order_relaxed); }
+
 private:
     // What the inbox hands over, on the engine's own thread. A setting is
     // worked out by the same instructions in every build of the inner loops
@@ -161,6 +166,7 @@ private:
     double crossfeedState[2] {}, earlyCoefficient = 0.0;
     double lateLowState[2] {}, lateCoefficient = 0.0;
     double highPreviousIn[2] {}, highPreviousOut[2] {}, highA = 0.0, highB = 0.0;
+    std::atomic<bool> bassCutOnPreparedCurve { true };
 
     Smoothed crossFadeMix, wetMix, dryWetMix, volumeMix;
     double feedback = 0.0;

@@ -92,3 +92,8 @@ std::string quorlaneParameterText (int index, float normalisedValue)
         default: return {};
     }
 }
+
+std::string quorlanePreparedBassCutText (float normalisedValue)
+{
+    return number (preparedBassCutFrequency ((double) normalisedValue), "Hz");
+}

@@ -98,7 +98,9 @@ void BasePluginOldStyle::initialisePresets()
     }
 
     fillBankFromDefaults();
-    applyCurrentPreset();
+    // In full, the mix too: the lock keeps a mix the user has set, and a new
+    // instance has none yet.
+    applyCurrentSlot (false);
 }
 
 void BasePluginOldStyle::fillBankFromDefaults()
@@ -144,12 +146,17 @@ bool BasePluginOldStyle::selectPreset (int index, bool notify)
 
 void BasePluginOldStyle::applyCurrentPreset()
 {
+    applyCurrentSlot (isMixLocked());
+}
+
+void BasePluginOldStyle::applyCurrentSlot (bool keepMix)
+{
     const auto slot = getSlot ((int) getCurrentPresetIndex());
 
     if (! slot.has_value())
         return;
 
-    setParameterValues (slot->values, isMixLocked(), ChangeOrigin::preset);
+    setParameterValues (slot->values, keepMix, ChangeOrigin::preset);
     publishCurrentPreset (true);
     reportPresetApplied();
 }
@@ -859,6 +866,7 @@ std::unique_ptr<juce::XmlElement> BasePluginOldStyle::buildPresetsState() const
     auto element = std::make_unique<juce::XmlElement> ("PresetsState");
     element->setAttribute ("currentPreset", (int) getCurrentPresetIndex());
     element->addChildElement (createBankElement().release());
+    element->addChildElement (buildNotPresetableParams().release());
     return element;
 }
 
@@ -872,6 +880,50 @@ void BasePluginOldStyle::readPresetsState (const juce::XmlElement& element)
 
     // Taken as an integer: a missing or unreadable attribute selects slot 0.
     selectPreset (CaseInsensitiveXml::attribute (element, "currentPreset").getIntValue(), true);
+
+    for (auto* child : element.getChildIterator())
+        if (CaseInsensitiveXml::isTag (*child, "NotPresetableParams") || CaseInsensitiveXml::isTag (*child, "NotPresetParams"))
+            readNotPresetableParams (*child);
+}
+
+// The parameters that presets never hold (the quality, the decay display),
+// numbered on from the presetable ones. They travel with the bank in the
+// state, after the PresetBank element, where readers that do not know them
+// pass them by.
+std::unique_ptr<juce::XmlElement> BasePluginOldStyle::buildNotPresetableParams() const
+{
+    auto element = std::make_unique<juce::XmlElement> ("NotPresetableParams");
+
+    for (auto index = (uint32_t) (firstPresetableIndex + numPresetableParameters); const auto* p = getPluginParameter (index); ++index)
+    {
+        auto* param = element->createNewChildElement ("param");
+        param->setAttribute ("name", p->getName());
+        param->setAttribute ("value", presetValueText (p->getNormalisedValue()));
+    }
+
+    return element;
+}
+
+// Only the parameters it is written with are set: the element cannot change
+// the presets, the live values or the current preset.
+void BasePluginOldStyle::readNotPresetableParams (const juce::XmlElement& element)
+{
+    const auto first = (uint32_t) (firstPresetableIndex + numPresetableParameters);
+    auto end = first;
+
+    while (getPluginParameter (end) != nullptr)
+        ++end;
+
+    for (auto* param : element.getChildIterator())
+    {
+        if (! CaseInsensitiveXml::isTag (*param, "param"))
+            continue;
+
+        auto* p = getParameterManager().findParameter (CaseInsensitiveXml::attribute (*param, "name"));
+
+        if (p != nullptr && p->getIndex() >= first && p->getIndex() < end)
+            p->setNormalisedValue (CaseInsensitiveXml::attribute (*param, "value").getFloatValue(), ChangeOrigin::restore);
+    }
 }
 
 bool BasePluginOldStyle::restoreStateElement (const juce::XmlElement& element)

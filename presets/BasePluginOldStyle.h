@@ -233,6 +233,9 @@ private:
     void readParametersState (const juce::XmlElement& element);
     std::unique_ptr<juce::XmlElement> buildPresetsState() const;
     void readPresetsState (const juce::XmlElement& element);
+    std::unique_ptr<juce::XmlElement> buildNotPresetableParams() const;
+    void readNotPresetableParams (const juce::XmlElement& element);
+    void applyCurrentSlot (bool keepMix);
 
     void readPresetSettings (const juce::XmlElement& settings);
     void fillBankFromDefaults();

@@ -1,5 +1,6 @@
 #include "engine/Quorlane.h"
 #include "engine/QuorlaneCore.h"
+#include "engine/QuorlaneParameterText.h"
 #include "tests/support/ParameterNames.h"
 #include "tests/support/PluginBlocks.h"
 
@@ -106,5 +107,32 @@ TEST (HostInterface, TailLengthAndDecayDisplayFollowTheDecayInputsFromEveryThrea
 
     runMessageLoop();
     EXPECT_NEAR (plugin.getPluginParameter (Quorlane::decayTimeIndex)->getValue(), expected(), 1e-3);
+    plugin.releaseResources();
+}
+
+// After a prepare the engine runs the bass cut on a slightly different curve
+// until the knob next moves; the host's and the editor's text says so.
+TEST (HostInterface, LateBassCutTextIsTheCurveTheEngineRuns)
+{
+    Quorlane plugin;
+    auto* bassCut = plugin.getParameters()[QuorlaneMapping::lateBassCut];
+    bassCut->setValue (0.5f);
+    prepare (plugin, 64);
+    processBlocks (plugin, 64, 1);
+    const auto knobCurve = bassCut->getText (0.5f, 64);
+    EXPECT_EQ (knobCurve, juce::String (quorlaneParameterText (QuorlaneMapping::lateBassCut, 0.5f)));
+
+    plugin.prepareToPlay (44100.0, 64);
+    const auto preparedCurve = bassCut->getText (0.5f, 64);
+    EXPECT_EQ (preparedCurve, juce::String (quorlanePreparedBassCutText (0.5f)));
+    EXPECT_NE (preparedCurve, knobCurve);
+    EXPECT_EQ (bassCut->getText (0.6f, 64), juce::String (quorlaneParameterText (QuorlaneMapping::lateBassCut, 0.6f)))
+        << "a value the knob moves to is on the knob's curve";
+
+    bassCut->setValue (0.6f);
+    processBlocks (plugin, 64, 1);
+    bassCut->setValue (0.5f);
+    processBlocks (plugin, 64, 1);
+    EXPECT_EQ (bassCut->getText (0.5f, 64), knobCurve);
     plugin.releaseResources();
 }

@@ -39,3 +39,32 @@ TEST (PluginState, AProjectComesBackWholeIntoAFreshInstance)
     EXPECT_EQ (restored.getCurrentQualityStep(), 1);
     EXPECT_EQ (restored.getPluginParameter (18)->getNormalisedValue(), 1.0f);
 }
+
+// The values presets never hold travel beside the bank: written under their
+// own tag, read under the older one as well, and never a way to change a
+// presetable value.
+TEST (PluginState, NonPresetableValuesTravelBesideTheBank)
+{
+    Quorlane source;
+    source.getPluginParameter (20)->setNormalisedValue (2 * CorvelleEffect::qualityStepSize, ChangeOrigin::editor);
+    const auto written = source.buildState();
+    const auto* presets = written->getChildByName ("PresetsState");
+    ASSERT_NE (presets, nullptr);
+    const auto* values = presets->getChildByName ("NotPresetableParams");
+    ASSERT_NE (values, nullptr);
+    ASSERT_NE (values->getChildByAttribute ("name", "Quality"), nullptr);
+    EXPECT_EQ (values->getChildByAttribute ("name", "Quality")->getStringAttribute ("value"), "0.666667");
+    EXPECT_EQ (values->getChildByAttribute ("name", "Late Size"), nullptr);
+
+    Quorlane restored;
+    juce::MemoryBlock chunk;
+    juce::AudioProcessor::copyXmlToBinary (*juce::parseXML ("<PluginState application=\"Quorlane\"><PresetsState currentPreset=\"3\">"
+                                                            "<NotPresetParams><param name=\"Quality\" value=\"1\"/>"
+                                                            "<param name=\"Late Size\" value=\"0.01\"/></NotPresetParams>"
+                                                            "</PresetsState></PluginState>"),
+                                           chunk);
+    restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
+    EXPECT_EQ (restored.getCurrentQualityStep(), 3);
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 3u);
+    EXPECT_NE (restored.getPluginParameter (6)->getNormalisedValue(), 0.01f) << "Late Size is presetable";
+}

@@ -1,6 +1,7 @@
 // The mix lock: preset changes keep "FX" and "Wet Gain" on every path that
-// changes presets, normal and silent; the project keeps the result and the
-// user settings keep the option.
+// changes presets, normal and silent, preset and bank files included; a new
+// instance still starts with its first preset in full; the project keeps the
+// result and the user settings keep the option.
 #include "editor/OldStylePresetsBrowser.h"
 #include "engine/Quorlane.h"
 #include "tests/support/PluginBlocks.h"
@@ -18,22 +19,35 @@ namespace
     {
         const char* name;
         int target;     // the slot the path changes to, from slot 0
+        int source;     // the slot whose values it brings
         std::function<void (Quorlane&)> change;
     };
 
     const std::vector<Path>& paths()
     {
         static const std::vector<Path> all {
-            { "browser", 30, [] (Quorlane& plugin)
+            { "browser", 30, 30, [] (Quorlane& plugin)
                 {
                     OldStylePresetsBrowser browser (plugin);
                     browser.chooseGroup (1);
                     auto& column = dynamic_cast<OldStylePresetsBrowser::PresetListColumn&> (*browser.getColumn (1));
                     column.itemChosen (30 - plugin.getFirstSlotOfGroup (1));
                 } },
-            { "arrow", 1, [] (Quorlane& plugin) { plugin.handleEvent (EventRegistry::selectNextPreset); } },
-            { "program change", 40, [] (Quorlane& plugin)
+            { "arrow", 1, 1, [] (Quorlane& plugin) { plugin.handleEvent (EventRegistry::selectNextPreset); } },
+            { "program change", 40, 40, [] (Quorlane& plugin)
                 { processBlocks (plugin, blockSize, 1, midiEvent (juce::MidiMessage::programChange (1, 40), 10)); } },
+            { "preset file into the current slot", 0, 30, [] (Quorlane& plugin)
+                {
+                    const juce::TemporaryFile file (plugin.getPresetFileExtension());
+                    ASSERT_TRUE (plugin.savePresetFile (file.getFile(), 30));
+                    ASSERT_TRUE (plugin.loadPresetFile (file.getFile(), 0));
+                } },
+            { "bank file", 0, 0, [] (Quorlane& plugin)
+                {
+                    const juce::TemporaryFile file (plugin.getBankFileExtension());
+                    ASSERT_TRUE (plugin.saveBankFile (file.getFile()));
+                    ASSERT_TRUE (plugin.loadBankFile (file.getFile()));
+                } },
         };
         return all;
     }
@@ -62,7 +76,7 @@ TEST (MixLock, EveryPresetChangeKeepsTheMixWhenLocked)
 
     for (const auto& path : paths())
     {
-        auto expected = reference.getSlot (path.target)->values;
+        auto expected = reference.getSlot (path.source)->values;
         ASSERT_NE (expected[wetGain], myWetGain);
         ASSERT_NE (expected[fx], myFx);
 
@@ -95,6 +109,7 @@ TEST (MixLock, TheOptionIsKeptAndTheProjectKeepsItsEffect)
 
     Quorlane restored;
     EXPECT_TRUE (restored.isMixLocked()) << "read back from the user settings";
+    EXPECT_EQ (liveValues (restored), restored.getSlot (0)->values) << "a new instance starts with its first preset in full";
     restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
     EXPECT_EQ (restored.getCurrentPresetIndex(), 12u);
     EXPECT_EQ (restored.getPluginParameter (fx)->getNormalisedValue(), myFx);
