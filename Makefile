@@ -86,7 +86,7 @@ sanitize: deps $(ASAN_DIR)/build.ninja $(TSAN_DIR)/build.ninja
 # Each fuzzer for ten million inputs or twenty minutes, whichever comes
 # first (about 1 h 40 min in all; not part of CI). Findings stay in
 # build/fuzz/fuzz/<fuzzer>-corpus.
-FUZZERS := state_chunk:state midi_map:midimap user_settings:settings preset_file:preset bank_file:bank
+FUZZERS := state_chunk:state midi_map:midimap user_settings:settings preset_element:preset bank_element:bank
 
 fuzz-long: deps $(FUZZ_DIR)/build.ninja
 	cmake --build $(FUZZ_DIR) -j $(JOBS) --target quorlane_fuzzers
