@@ -212,6 +212,7 @@ TEST_F (Vst2Abi, StateChunkCarriesParametersPresetsControllerMapAndQuality)
     replaceIn (document, "<MidiControlMap name=\"Quorlane\"/>",
                "<MidiControlMap name=\"Quorlane\"><assign param=\"FX\" CC=\"74\"/></MidiControlMap>");
     replaceIn (document, "<UniqueData quality=\"low\"/>", "<UniqueData quality=\"highest\"/>");
+    replaceIn (document, "<param name=\"Quality\" value=\"0\"/>", "<param name=\"Quality\" value=\"1\"/>");
     replaceIn (document, "currentPreset=\"0\"", "currentPreset=\"5\"");
     replaceIn (document, "name=\"Cristal Cave [d/w]\"", "name=\"My Own Cave\"");
     const auto edited = chunkOf (document);
