@@ -5,7 +5,7 @@
 #include <juce_audio_processors/juce_audio_processors.h>
 
 #include "../support/EditorFollowWatch.h"
-#include "../support/Environment.h"
+#include "../support/HostedFormats.h"
 #include "../support/HostileSamples.h"
 #include "../support/ParameterNames.h"
 #include "../support/PluginBlocks.h"
@@ -15,37 +15,9 @@
 
 #include <cmath>
 #include <cstring>
-#include <thread>
 
 namespace
 {
-    struct Format
-    {
-        juce::String name;
-        std::function<std::unique_ptr<juce::AudioPluginFormat>()> create;
-        juce::String identifier;
-
-        friend void PrintTo (const Format& f, std::ostream* os) { *os << f.name; }
-    };
-
-    // Formats order parameters their own way (LV2 by URI), so tests find them by name.
-    juce::AudioProcessorParameter* parameterNamed (juce::AudioPluginInstance& plugin, const juce::String& name)
-    {
-        for (auto* p : plugin.getParameters())
-            if (p->getName (64) == name)
-                return p;
-
-        return nullptr;
-    }
-
-    // The build's own plug-in, or an installed copy named by the variable: the
-    // package tests load what each install put in place.
-    juce::String pluginLocation (const char* variable, const char* built)
-    {
-        const auto installed = environmentVariable (variable);
-        return juce::String::fromUTF8 (installed.empty() ? built : installed.c_str());
-    }
-
     // One block with the given MIDI, its first sample an impulse on either
     // channel (or silence); the processed block is returned.
     juce::AudioBuffer<float> processOneBlock (juce::AudioPluginInstance& plugin, juce::MidiBuffer midi = {},
@@ -99,15 +71,6 @@ namespace
         return nullptr;
     }
 
-    // The format's own creation call. JUCE's synchronous creation, called
-    // off this process's message thread, would hand the work to that thread;
-    // a DAW makes the instance on a thread of its own, which is not the
-    // plug-in's message thread either.
-    struct CreationCall : juce::AudioPluginFormat
-    {
-        using juce::AudioPluginFormat::createPluginInstance;
-    };
-
     // The slots of a saved PresetBank in order, across its groups.
     juce::Array<const juce::XmlElement*> presetsOf (const juce::XmlElement& bank)
     {
@@ -139,48 +102,10 @@ namespace
         return -1.0;
     }
 
-    class HostedPlugin : public ::testing::TestWithParam<Format>
+    class HostedPlugin : public ::testing::TestWithParam<HostedFormat>
     {
     protected:
-        // Made where a DAW makes it, prepared for 48 kHz and blocks of 256.
-        std::unique_ptr<juce::AudioPluginInstance> instantiate()
-        {
-            auto format = GetParam().create();
-            juce::OwnedArray<juce::PluginDescription> types;
-            format->findAllTypesForFile (types, GetParam().identifier);
-
-            if (types.isEmpty())
-                return nullptr;
-
-            std::unique_ptr<juce::AudioPluginInstance> instance;
-            const auto create = [&]
-            {
-                const auto call = &CreationCall::createPluginInstance;
-                (format.get()->*call) (*types[0], 48000.0, 256, [&] (std::unique_ptr<juce::AudioPluginInstance> made, const juce::String&)
-                {
-                    instance = std::move (made);
-                });
-            };
-
-            // Linux hosts make VST3 and LV2 instances on a thread of theirs
-            // that the plug-in's own message thread is not; Windows hosts
-            // make them on their GUI thread, whose message loop the plug-in's
-            // windows then use.
-           #if JUCE_LINUX
-            std::thread (create).join();
-           #else
-            create();
-           #endif
-
-            if (instance != nullptr)
-            {
-                instance->enableAllBuses();
-                instance->setPlayConfigDetails (2, 2, 48000.0, 256);
-                instance->prepareToPlay (48000.0, 256);
-            }
-
-            return instance;
-        }
+        std::unique_ptr<juce::AudioPluginInstance> instantiate() { return instantiateHosted (GetParam()); }
     };
 }
 
@@ -421,23 +346,5 @@ TEST (HostedLv2Build, IsNotShadowedByAnInstalledCopy)
 }
 #endif
 
-INSTANTIATE_TEST_SUITE_P (Formats, HostedPlugin,
-    ::testing::Values (
-        Format { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, pluginLocation ("QUORLANE_VST3_PLUGIN", QUORLANE_VST3_PATH) }
-#ifdef QUORLANE_LV2_DIR // built where LV2 hosts run
-        , Format { "LV2", [] {
-            // The format loads every bundle under ~/.lv2 too, where an
-            // installed Quorlane with the same URI would shadow the one just
-            // built: it gets an empty home while it starts.
-            const juce::TemporaryFile emptyHome;
-            emptyHome.getFile().createDirectory();
-            const juce::String home = std::getenv ("HOME") != nullptr ? std::getenv ("HOME") : "";
-            setenv ("HOME", emptyHome.getFile().getFullPathName().toRawUTF8(), 1);
-            auto format = std::make_unique<juce::LV2PluginFormat>();
-            setenv ("HOME", home.toRawUTF8(), 1);
-            format->searchPathsForPlugins (juce::FileSearchPath (pluginLocation ("QUORLANE_LV2_FOLDER", QUORLANE_LV2_DIR)), true, false);
-            return std::unique_ptr<juce::AudioPluginFormat> (std::move (format));
-        }, "urn:orlo:quorlane" }
-#endif
-        ),
+INSTANTIATE_TEST_SUITE_P (Formats, HostedPlugin, ::testing::ValuesIn (hostedFormats()),
     [] (const auto& info) { return info.param.name.toStdString(); });

@@ -1,0 +1,128 @@
+// The VST3 and LV2 builds as a Linux DAW runs them: made on a host thread,
+// the editor open, automation of every parameter, controllers and program
+// changes played on an audio thread of their own in real time while the
+// host's message loop and the wrapper's own message thread run. What happens
+// on the audio thread, on either side of the format, must never touch the
+// heap, wait on a lock or post. The wrappers take JUCE's own locks there,
+// uncontended (parameter listeners, the message-thread check); that none of
+// ours is taken is counted where the wrapper is ours or absent (the VST2 build
+// and the plug-in in process).
+
+#include "AudioThreadCounters.h"
+
+#include "../support/HostedFormats.h"
+#include "../support/ParameterNames.h"
+#include "../support/PluginBlocks.h"
+#include "../support/ScopedConfigHome.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace
+{
+    class HostedAudioThread : public ::testing::TestWithParam<HostedFormat>
+    {
+    };
+}
+
+TEST_P (HostedAudioThread, NeverAllocatesWaitsOrPosts)
+{
+    const ScopedConfigHome home;
+    home.writeSettings ("<PresetSettings storing=\"automatic\"/>");
+    constexpr int blockSize = 256;
+    auto plugin = instantiateHosted (GetParam(), blockSize);
+    ASSERT_NE (plugin, nullptr) << GetParam().identifier;
+
+    std::vector<juce::AudioProcessorParameter*> parameters;
+
+    for (const auto* name : quorlaneParameterNames)
+    {
+        parameters.push_back (parameterNamed (*plugin, name));
+        ASSERT_NE (parameters.back(), nullptr) << name;
+    }
+
+    std::unique_ptr<juce::AudioProcessorEditor> editor (plugin->createEditorIfNeeded());
+    ASSERT_NE (editor, nullptr);
+    editor->addToDesktop (0);
+    editor->setVisible (true);
+    runMessageLoop (200);
+
+    juce::AudioBuffer<float> buffer (2, blockSize);
+    juce::MidiBuffer midi;
+    midi.ensureSize (4096);
+
+    const auto playBlock = [&] (int block)
+    {
+        for (size_t i = 0; i < parameters.size(); ++i)
+            parameters[i]->setValue ((float) ((block * 7 + (int) i * 13) % 101) / 100.0f);
+
+        midi.clear();
+        midi.addEvent (juce::MidiMessage::controllerEvent (1, 20 + block % 8, block % 128), 10);
+
+        if (block % 40 == 0)
+            midi.addEvent (juce::MidiMessage::programChange (1, (block / 40) % 47), blockSize - 1);
+
+        for (int channel = 0; channel < 2; ++channel)
+            for (int i = 0; i < blockSize; ++i)
+                buffer.setSample (channel, i, 0.25f * std::sin ((float) (block * blockSize + i) * 0.05f));
+
+        plugin->processBlock (buffer, midi);
+    };
+
+    // Made once, before they are watched: a wrapper's flag per thread, on the
+    // thread's first parameter change (glibc's allocation for a library's
+    // thread-local data), and JUCE's VST3 host's list of events, as it grows.
+    const auto firstMove = [&]
+    {
+        parameters.front()->setValue (0.5f);
+        midi.clear();
+        midi.addEvent (juce::MidiMessage::controllerEvent (1, 20, 0), 0);
+        midi.addEvent (juce::MidiMessage::programChange (1, 0), 1);
+        plugin->processBlock (buffer, midi);
+    };
+
+    std::atomic<bool> finished { false };
+
+    const auto play = [&] (int firstBlock, int lastBlock)
+    {
+        firstMove();
+        const AudioThreadCounters::Watch watch;
+        auto due = std::chrono::steady_clock::now();
+
+        for (int block = firstBlock; block < lastBlock; ++block)
+        {
+            playBlock (block);
+            due += std::chrono::microseconds (1000000 * blockSize / 48000);
+            std::this_thread::sleep_until (due);
+        }
+    };
+
+    // Three seconds in real time, on two threads one after the other (hosts
+    // change threads when their engine restarts).
+    const int blocks = 3 * 48000 / blockSize;
+    std::thread audioThread ([&]
+    {
+        std::thread (play, 0, blocks / 2).join();
+        std::thread (play, blocks / 2, blocks).join();
+        finished = true;
+    });
+
+    while (! finished)
+        runMessageLoop (10);
+
+    audioThread.join();
+    const auto counts = AudioThreadCounters::read();
+    EXPECT_EQ (counts.heapCalls, 0);
+    EXPECT_EQ (counts.lockWaits, 0);
+    EXPECT_EQ (counts.writes, 0);
+    std::cout << GetParam().name << " audio threads: " << counts.heapCalls << " heap calls, " << counts.locks << " locks ("
+              << counts.lockWaits << " waited), " << counts.writes << " writes\n";
+
+    editor.reset();
+    runMessageLoop();
+}
+
+INSTANTIATE_TEST_SUITE_P (Formats, HostedAudioThread, ::testing::ValuesIn (hostedFormats()),
+    [] (const auto& info) { return info.param.name.toStdString(); });
