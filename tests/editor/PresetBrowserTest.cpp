@@ -4,6 +4,8 @@
 #include "editor/PresetBrowserButtons.h"
 #include "editor/SkinImageButton.h"
 
+#include "../support/ScopedConfigHome.h"
+
 namespace
 {
     int totalCount (const BasePluginOldStyle& plugin)
@@ -99,4 +101,57 @@ TEST (PresetBrowser, ToolButtonsAreKeysDrawnFromOurArt)
     keys[5]->triggerClick();
     EditorTest::pumpMessages();
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 1u) << "\"Down\" steps to the next preset";
+}
+
+// "Load" on each row opens the file dialog in the folder where a file of that
+// kind (preset or bank) was last loaded or saved, not in the other's.
+TEST (PresetBrowser, FileDialogsOpenWhereTheirKindWasLastUsed)
+{
+    if (juce::FileChooser::isPlatformDialogAvailable())
+        GTEST_SKIP() << "a desktop's own file dialog (zenity or kdialog) would open";
+
+    const ScopedConfigHome home;
+    Quorlane plugin;
+    const auto presetFolder = home.getFolder().getChildFile ("My Presets");
+    const auto bankFolder = home.getFolder().getChildFile ("My Banks");
+    presetFolder.createDirectory();
+    bankFolder.createDirectory();
+    ASSERT_TRUE (plugin.savePresetFile (presetFolder.getChildFile ("Room" + plugin.getPresetFileExtension()), 0));
+    ASSERT_TRUE (plugin.saveBankFile (bankFolder.getChildFile ("Session" + plugin.getBankFileExtension())));
+
+    OldStylePresetBrowserWindow window (plugin, [] {});
+
+    const auto folderOpenedBy = [&] (const juce::String& buttonTitle)
+    {
+        for (auto* child : window.getContentComponent()->getChildren())
+            if (auto* button = dynamic_cast<juce::Button*> (child); button != nullptr && button->getTitle() == buttonTitle)
+                button->triggerClick();
+
+        EditorTest::pumpMessages();
+        auto* dialog = dynamic_cast<juce::FileChooserDialogBox*> (juce::Component::getCurrentlyModalComponent());
+
+        if (dialog == nullptr)
+            return juce::File();
+
+        std::function<juce::FileBrowserComponent*(juce::Component&)> findBrowser = [&] (juce::Component& c) -> juce::FileBrowserComponent*
+        {
+            if (auto* browser = dynamic_cast<juce::FileBrowserComponent*> (&c))
+                return browser;
+
+            for (auto* child : c.getChildren())
+                if (auto* found = findBrowser (*child))
+                    return found;
+
+            return nullptr;
+        };
+
+        const auto* browser = findBrowser (*dialog);
+        const auto folder = browser != nullptr ? browser->getRoot() : juce::File();
+        dialog->exitModalState (0);
+        EditorTest::pumpMessages();
+        return folder;
+    };
+
+    EXPECT_EQ (folderOpenedBy ("Load preset").getFullPathName(), presetFolder.getFullPathName());
+    EXPECT_EQ (folderOpenedBy ("Load preset bank").getFullPathName(), bankFolder.getFullPathName());
 }
