@@ -108,7 +108,7 @@ TEST (PresetBrowser, ToolButtonsAreKeysDrawnFromOurArt)
 TEST (PresetBrowser, FileDialogsOpenWhereTheirKindWasLastUsed)
 {
     if (juce::FileChooser::isPlatformDialogAvailable())
-        GTEST_SKIP() << "a desktop's own file dialog (zenity or kdialog) would open";
+        GTEST_SKIP() << "the system's own file dialog would open (Windows, or zenity or kdialog installed)";
 
     const ScopedConfigHome home;
     Quorlane plugin;
