@@ -87,16 +87,20 @@ sanitize: deps $(ASAN_DIR)/build.ninja $(TSAN_DIR)/build.ninja
 	cmake --build $(TSAN_DIR) -j $(JOBS) --target $(TSAN_SUITES)
 	cd $(TSAN_DIR)/tests && TSAN_OPTIONS=halt_on_error=1:suppressions=$(CURDIR)/tests/sanitizers/races.supp $(XVFB) $(CURDIR)/tests/sanitizers/run-suites.sh $(TSAN_SUITES)
 
-# Each fuzzer for ten million inputs or twenty minutes, whichever comes
-# first (about 1 h 40 min in all; not part of CI). Findings stay in
-# build/fuzz/fuzz/<fuzzer>-corpus.
-FUZZERS := state_chunk:state midi_map:midimap user_settings:settings preset_element:preset bank_element:bank
+# Each reader fuzzer for ten million inputs or twenty minutes, whichever comes
+# first, on documents of up to 4 KB (a few presets of a bank, which keeps them
+# at thousands of inputs a second); then the whole-state round trip, on whole
+# states, for twenty minutes (about 1 h 20 min in all; not part of CI).
+# Findings stay in build/fuzz/fuzz/<fuzzer>-corpus.
+READER_FUZZERS := midi_map:midimap user_settings:settings preset_element:preset bank_element:bank
 
 fuzz-long: deps $(FUZZ_DIR)/build.ninja
 	cmake --build $(FUZZ_DIR) -j $(JOBS) --target quorlane_fuzzers
-	cd $(FUZZ_DIR)/fuzz && for f in $(FUZZERS); do name=quorlane_fuzz_$${f%%:*}; \
-		./$$name -runs=10000000 -max_total_time=1200 -print_final_stats=1 \
+	cd $(FUZZ_DIR)/fuzz && for f in $(READER_FUZZERS); do name=quorlane_fuzz_$${f%%:*}; \
+		./$$name -runs=10000000 -max_total_time=1200 -max_len=4096 -print_final_stats=1 \
 			$$name-corpus $(CURDIR)/tests/corpus/$${f##*:} || exit 1; done
+	cd $(FUZZ_DIR)/fuzz && ./quorlane_fuzz_state_chunk -max_total_time=1200 -print_final_stats=1 \
+		quorlane_fuzz_state_chunk-corpus $(CURDIR)/tests/corpus/state
 
 # `make install` and `make uninstall`, as packagers know them: what `make
 # release` built (never building it here, so that `sudo make install` runs no

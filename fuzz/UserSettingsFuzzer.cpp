@@ -1,8 +1,10 @@
-// The user settings file, read by a real instance from a settings folder of
-// its own. Whatever the file holds, the default quality stays one of the four
-// steps; a refused file changes no setting at all.
+// The user settings reader of a real instance, on what the guarded parser
+// makes of the bytes, as the settings file is read. Whatever the document
+// holds, the default quality stays one of the four steps and the controller
+// map it may name stays consistent.
 #include "FuzzSupport.h"
 #include "engine/Quorlane.h"
+#include "framework/XmlReading.h"
 #include "tests/support/MidiMapChecks.h"
 #include "tests/support/ScopedConfigHome.h"
 
@@ -19,14 +21,15 @@ namespace
 extern "C" int LLVMFuzzerTestOneInput (const uint8_t* data, size_t size)
 {
     auto& p = plugin();
-    p.getUserSettingsFile().getParentDirectory().createDirectory();
-    p.getUserSettingsFile().replaceWithData (data, size);
+    const auto settings = parseXmlUtf8 (data, size);
 
-    const auto quality = p.getDefaultQuality();
-    const auto mapFile = p.getDefaultMidiMapFile();
+    if (settings == nullptr)
+        return 0;
 
-    if (! p.loadUserSettings() && (p.getDefaultQuality() != quality || p.getDefaultMidiMapFile() != mapFile))
-        fuzzFailure ("a refused settings file changed a setting");
+    if (! p.isUserSettings (*settings))
+        return 0;
+
+    p.readUserSettings (*settings);
 
     if (p.getDefaultQuality() < 0 || p.getDefaultQuality() >= CorvelleEffect::numQualitySteps)
         fuzzFailure ("default quality out of range");
