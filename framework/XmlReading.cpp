@@ -65,6 +65,45 @@ namespace
             previous = c;
         }
     }
+
+    bool isNameCharacter (juce::juce_wchar c) noexcept
+    {
+        return juce::CharacterFunctions::isLetterOrDigit (c) || c == '_' || c == ':' || c == '.' || c == '-';
+    }
+
+    // With p just past a '&': "name;", "#digits;" or "#xhexdigits;" for a
+    // character XML allows. Moves p past what it read.
+    bool readsWellFormedReference (CharPointer& p)
+    {
+        if (*p != '#')
+        {
+            int length = 0;
+
+            for (; isNameCharacter (*p); ++p)
+                ++length;
+
+            return length > 0 && *p == ';';
+        }
+
+        ++p;
+        const bool hex = *p == 'x' || *p == 'X';
+
+        if (hex)
+            ++p;
+
+        juce::int64 code = 0;
+        int digits = 0;
+
+        for (; hex ? juce::CharacterFunctions::getHexDigitValue (*p) >= 0 : juce::CharacterFunctions::isDigit (*p); ++p)
+        {
+            code = code * (hex ? 16 : 10) + (hex ? juce::CharacterFunctions::getHexDigitValue (*p) : (int) (*p - '0'));
+
+            if (++digits > 8)
+                return false;
+        }
+
+        return digits > 0 && code > 0 && code <= 0x10ffff && *p == ';';
+    }
 }
 
 bool hasBalancedTags (const juce::String& text, int maxDepth)
@@ -153,9 +192,32 @@ bool hasOnlyPlainMarkup (const juce::String& text)
     }
 }
 
+bool hasOnlyWellFormedReferences (const juce::String& text)
+{
+    auto p = text.getCharPointer();
+
+    for (;;)
+    {
+        const auto c = p.getAndAdvance();
+
+        if (c == 0)
+            return true;
+
+        if (c == '&' && ! readsWellFormedReference (p))
+            return false;
+
+        // Comments and CDATA sections may hold a bare '&'.
+        if (c == '<' && p.compareUpTo (juce::CharPointer_ASCII ("!--"), 3) == 0 && ! skipPast (p, "-->"))
+            return false;
+
+        if (c == '<' && p.compareUpTo (juce::CharPointer_ASCII ("![CDATA["), 8) == 0 && ! skipPast (p, "]]>"))
+            return false;
+    }
+}
+
 std::unique_ptr<juce::XmlElement> parseXmlText (const juce::String& text)
 {
-    if (! hasOnlyPlainMarkup (text) || ! hasBalancedTags (text, maxXmlNestingDepth))
+    if (! hasOnlyPlainMarkup (text) || ! hasOnlyWellFormedReferences (text) || ! hasBalancedTags (text, maxXmlNestingDepth))
         return nullptr;
 
     return juce::parseXML (text);

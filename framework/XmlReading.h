@@ -16,6 +16,9 @@
 // anywhere but at the very start: where text follows one, JUCE's parser loops
 // for ever. Both are searched as plain text (hasOnlyPlainMarkup), since "<?"
 // or "<!" never occur in our documents outside comments and CDATA.
+// Every '&' outside comments and CDATA must begin a well-formed entity or
+// character reference: JUCE's parser reads an unknown entity whose name holds
+// markup as markup, and reads past the end of it.
 // Bytes from outside must be valid UTF-8 (a byte-order mark is allowed):
 // JUCE's strings trust the encoding and walk past the end of malformed
 // sequences. Files far larger than any of ours are refused too. Returns
@@ -25,6 +28,7 @@ inline constexpr juce::int64 maxXmlFileSize = 16 * 1024 * 1024;
 
 bool hasBalancedTags (const juce::String& text, int maxDepth);
 bool hasOnlyPlainMarkup (const juce::String& text);
+bool hasOnlyWellFormedReferences (const juce::String& text);
 std::unique_ptr<juce::XmlElement> parseXmlText (const juce::String& text);
 std::unique_ptr<juce::XmlElement> parseXmlUtf8 (const void* data, size_t numBytes);
 std::unique_ptr<juce::XmlElement> parseXmlFile (const juce::File& file);
