@@ -2,7 +2,6 @@
 
 #include "editor/GFXButton.h"
 #include "editor/GFXKnob.h"
-#include "editor/QuorlaneEditor.h"
 
 using namespace EditorTest;
 
@@ -72,22 +71,4 @@ TEST (EditorEvents, LearnTogglesAndTakesTheMovedParameter)
     click (learn);
     EXPECT_FALSE (midi.isLearnMode());
     EXPECT_EQ (editor.describeMidiLearn(), "");
-}
-
-TEST (EditorEvents, OptionsOpenBelowTheSkin)
-{
-    Quorlane plugin;
-    QuorlaneEditor editor (plugin);
-    ASSERT_EQ (editor.getHeight(), 207);
-
-    editor.handleEvent (EventRegistry::options, nullptr);
-    ASSERT_TRUE (editor.isShowingOptions());
-    EXPECT_EQ (editor.getHeight(), 207 + OptionsPanel::height);
-    EXPECT_EQ (editor.getOptionsPanel()->getY(), 207);
-
-    auto& tabs = *editor.getOptionsPanel();
-    EXPECT_EQ (tabs.getTabNames(), juce::StringArray ({ "Quality", "Presets", "MIDI", "Display" }));
-
-    editor.handleEvent (EventRegistry::options, nullptr);
-    EXPECT_EQ (editor.getHeight(), 207);
 }

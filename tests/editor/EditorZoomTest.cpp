@@ -2,6 +2,7 @@
 
 #include "editor/DisplaySettingsPage.h"
 #include "editor/QuorlaneEditor.h"
+#include "framework/EventRegistry.h"
 #include "tests/support/ScopedConfigHome.h"
 
 using namespace EditorTest;
@@ -17,8 +18,8 @@ namespace
     }
 }
 
-// The zoom chosen on the options page is kept for every instance and resizes
-// the window with its options panel; the host's scale multiplies it while the
+// The options button opens its panel below the skin. The zoom chosen there
+// is kept for every instance and resizes the window with the panel; the host's scale multiplies it while the
 // editor keeps the skin's own size.
 TEST (EditorZoom, TheChosenZoomResizesTheWindowAndIsKeptForEveryInstance)
 {
@@ -28,12 +29,16 @@ TEST (EditorZoom, TheChosenZoomResizesTheWindowAndIsKeptForEveryInstance)
     EXPECT_EQ (editor.getZoom(), 100);
     expectSizeInHost (editor, 633, 207);
 
-    editor.setOptionsVisible (true);
-    auto* page = dynamic_cast<DisplaySettingsPage*> (editor.getOptionsPanel()->getTabContentComponent (
-        editor.getOptionsPanel()->getTabNames().indexOf ("Display")));
-    ASSERT_NE (page, nullptr) << "the options panel has a Display page";
+    // The options button opens the panel below the skin.
+    editor.handleEvent (EventRegistry::options, nullptr);
+    ASSERT_TRUE (editor.isShowingOptions());
+    auto& tabs = *editor.getOptionsPanel();
+    EXPECT_EQ (tabs.getTabNames(), juce::StringArray ({ "Quality", "Presets", "MIDI", "Display" }));
+    EXPECT_EQ (tabs.getY(), 207);
     const int withOptions = editor.getHeight();
-    EXPECT_GT (withOptions, 207);
+    EXPECT_EQ (withOptions, 207 + OptionsPanel::height);
+    auto* page = dynamic_cast<DisplaySettingsPage*> (tabs.getTabContentComponent (tabs.getTabNames().indexOf ("Display")));
+    ASSERT_NE (page, nullptr);
 
     page->getZoomBox().setSelectedId (150, juce::sendNotificationSync);
     EXPECT_EQ (editor.getZoom(), 150);
@@ -48,6 +53,9 @@ TEST (EditorZoom, TheChosenZoomResizesTheWindowAndIsKeptForEveryInstance)
 
     editor.setZoom (130);
     EXPECT_EQ (editor.getZoom(), 150) << "only the offered steps are taken";
+
+    editor.handleEvent (EventRegistry::options, nullptr);
+    EXPECT_EQ (editor.getHeight(), 207) << "a second press closes the panel";
 
     Quorlane other;
     EXPECT_EQ (other.getEditorZoom(), 150) << "a new instance reads the zoom from the user settings";

@@ -11,7 +11,6 @@ class SharedLibrary
 public:
     explicit SharedLibrary (const char* utf8Path);
 
-    bool isOpen() const noexcept { return handle != nullptr; }
     void* symbol (const char* name) const;
 
     // Why the library did not open.
