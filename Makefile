@@ -11,7 +11,7 @@ export CCACHE_BASEDIR := $(CURDIR)
 export CCACHE_NOHASHDIR := true
 
 DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modules-source libstb-dev \
-	fst-dev lv2-dev libgtest-dev libbenchmark-dev xvfb xauth clang
+	fst-dev lv2-dev dpf-source libgtest-dev libbenchmark-dev xvfb xauth clang
 
 ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
 VERSION := $(shell sed -n 's/^project.Quorlane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
@@ -44,7 +44,7 @@ debug: deps $(DEBUG_DIR)/build.ninja
 	cmake --build $(DEBUG_DIR) -j $(JOBS)
 
 release: deps $(RELEASE_DIR)/build.ninja
-	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone quorlane-render
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_CLAP Quorlane_Standalone quorlane-render
 
 # Every test suite, under a virtual display so editor tests can open windows,
 # then a short run of each fuzzer. The DAW suite runs the plug-in in Ardour.

@@ -1,0 +1,93 @@
+#include "ClapParameterEcho.h"
+
+namespace
+{
+    enum class ThreadRole
+    {
+        other,
+        processing,
+        quiet
+    };
+
+    thread_local ThreadRole threadRole = ThreadRole::other;
+}
+
+ClapParameterEcho::ProcessingScope::ProcessingScope() { threadRole = ThreadRole::processing; }
+ClapParameterEcho::ProcessingScope::~ProcessingScope() { threadRole = ThreadRole::other; }
+ClapParameterEcho::QuietScope::QuietScope() { threadRole = ThreadRole::quiet; }
+ClapParameterEcho::QuietScope::~QuietScope() { threadRole = ThreadRole::other; }
+
+ClapParameterEcho::ClapParameterEcho (int count, std::function<void()> flushRequest)
+    : numParameters (count), slots (std::make_unique<Slot[]> ((size_t) count)), requestFlush (std::move (flushRequest))
+{
+}
+
+void ClapParameterEcho::note (int index, uint32_t what)
+{
+    if (index < 0 || index >= numParameters || threadRole == ThreadRole::quiet)
+        return;
+
+    if (threadRole == ThreadRole::processing)
+        what |= notRecorded;
+
+    slots[(size_t) index].pending.fetch_or (what, std::memory_order_release);
+
+    // Inside process() or flush() the host hears of it at the end of the
+    // call; a request from its audio thread is not allowed anyway.
+    if (threadRole == ThreadRole::other && requestFlush)
+        requestFlush();
+}
+
+void ClapParameterEcho::audioProcessorParameterChanged (juce::AudioProcessor*, int index, float value)
+{
+    if (index >= 0 && index < numParameters)
+        slots[(size_t) index].value.store (value, std::memory_order_relaxed);
+
+    note (index, valueChanged);
+}
+
+void ClapParameterEcho::audioProcessorParameterChangeGestureBegin (juce::AudioProcessor*, int index)
+{
+    note (index, gestureBegun);
+}
+
+void ClapParameterEcho::audioProcessorParameterChangeGestureEnd (juce::AudioProcessor*, int index)
+{
+    note (index, gestureEnded);
+}
+
+void ClapParameterEcho::writeTo (const clap_output_events_t& out, uint32_t time)
+{
+    for (int index = 0; index < numParameters; ++index)
+    {
+        auto& slot = slots[(size_t) index];
+        const auto pending = slot.pending.exchange (0, std::memory_order_acquire);
+
+        if (pending == 0)
+            continue;
+
+        const auto header = [&] (uint16_t type, uint32_t size)
+        {
+            return clap_event_header_t { size, time, CLAP_CORE_EVENT_SPACE_ID, type,
+                                         (pending & notRecorded) != 0 ? (uint32_t) CLAP_EVENT_DONT_RECORD : 0u };
+        };
+
+        clap_event_param_gesture_t gesture { header (CLAP_EVENT_PARAM_GESTURE_BEGIN, sizeof (gesture)), (clap_id) index };
+
+        if ((pending & gestureBegun) != 0)
+            out.try_push (&out, &gesture.header);
+
+        if ((pending & valueChanged) != 0)
+        {
+            const clap_event_param_value_t value { header (CLAP_EVENT_PARAM_VALUE, sizeof (value)), (clap_id) index, nullptr,
+                                                   -1, -1, -1, -1, (double) slot.value.load (std::memory_order_relaxed) };
+            out.try_push (&out, &value.header);
+        }
+
+        if ((pending & gestureEnded) != 0)
+        {
+            gesture.header.type = CLAP_EVENT_PARAM_GESTURE_END;
+            out.try_push (&out, &gesture.header);
+        }
+    }
+}
