@@ -44,7 +44,7 @@ debug: deps $(DEBUG_DIR)/build.ninja
 	cmake --build $(DEBUG_DIR) -j $(JOBS)
 
 release: deps $(RELEASE_DIR)/build.ninja
-	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_CLAP Quorlane_Standalone quorlane-render
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone quorlane-render
 
 # Every test suite, under a virtual display so editor tests can open windows,
 # then a short run of each fuzzer. The DAW suite runs the plug-in in Ardour.
