@@ -65,6 +65,10 @@ fuzz: deps $(FUZZ_DIR)/build.ninja
 # The test suites again with AddressSanitizer and UndefinedBehaviorSanitizer,
 # and the one that runs an audio thread beside the message thread with
 # ThreadSanitizer. Any report fails the run.
+# Debian 12's leak checker (GCC 12) may take a plug-in's thread-local block,
+# which glibc allocates with malloc, for an old glibc's and read a bogus range
+# from in front of it; its tracer then crashes after the tests have passed.
+# Not following dynamic thread-local blocks avoids that.
 SANITIZE_CMAKE := -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORLANE_BUILD_BENCHMARKS=OFF
 ASAN_SUITES := quorlane_engine_tests quorlane_tests quorlane_vst2_abi_tests quorlane_host_tests
 TSAN_SUITES := quorlane_realtime_tests
@@ -78,7 +82,7 @@ $(TSAN_DIR)/build.ninja: | deps
 
 sanitize: deps $(ASAN_DIR)/build.ninja $(TSAN_DIR)/build.ninja
 	ASAN_OPTIONS=detect_leaks=0 cmake --build $(ASAN_DIR) -j $(JOBS) --target $(ASAN_SUITES)
-	cd $(ASAN_DIR)/tests && LSAN_OPTIONS=suppressions=$(CURDIR)/tests/sanitizers/leaks.supp:print_suppressions=0 \
+	cd $(ASAN_DIR)/tests && ASAN_OPTIONS=intercept_tls_get_addr=0 LSAN_OPTIONS=suppressions=$(CURDIR)/tests/sanitizers/leaks.supp:print_suppressions=0 \
 		UBSAN_OPTIONS=print_stacktrace=1 $(XVFB) $(CURDIR)/tests/sanitizers/run-suites.sh $(ASAN_SUITES)
 	cmake --build $(TSAN_DIR) -j $(JOBS) --target $(TSAN_SUITES)
 	cd $(TSAN_DIR)/tests && TSAN_OPTIONS=halt_on_error=1:suppressions=$(CURDIR)/tests/sanitizers/races.supp $(XVFB) $(CURDIR)/tests/sanitizers/run-suites.sh $(TSAN_SUITES)

@@ -40,6 +40,12 @@ void Quorlane::prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBl
     publishDecayTime();
 }
 
+std::unique_ptr<juce::XmlElement> Quorlane::buildState()
+{
+    publishDecayTime();
+    return CorvelleEffect::buildState();
+}
+
 double Quorlane::estimateDecaySeconds() const
 {
     std::array<double, QuorlaneMapping::parameterCount> values = QuorlaneMapping::defaultValues;

@@ -23,6 +23,10 @@ public:
     void prepareToPlay (double sampleRate, int maximumExpectedSamplesPerBlock) override;
     juce::AudioProcessorEditor* createEditor() override;
 
+    // The decay display is saved with the values presets never hold; it is
+    // brought up to date first, so a state never holds one behind its knobs.
+    std::unique_ptr<juce::XmlElement> buildState() override;
+
 protected:
     std::unique_ptr<Core> createCore() override;
     juce::StringArray getMixParameterCandidates() const override { return { "FX", "Wet Gain" }; }

@@ -27,6 +27,7 @@ TEST (PluginState, AProjectComesBackWholeIntoAFreshInstance)
     Quorlane restored;
     restored.getMidiControl().assign (5, restored.getPluginParameter (0), true);
     restored.getMidiControl().setLearnMode (true);
+    restored.prepareToPlay (48000.0, 64); // as the host runs it, at the session's rate
     restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
 
     juce::MemoryBlock again;

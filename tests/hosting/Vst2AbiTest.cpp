@@ -212,6 +212,7 @@ TEST_F (Vst2Abi, StateChunkCarriesParametersPresetsControllerMapAndQuality)
     replaceIn (document, "<MidiControlMap name=\"Quorlane\"/>",
                "<MidiControlMap name=\"Quorlane\"><assign param=\"FX\" CC=\"74\"/></MidiControlMap>");
     replaceIn (document, "<UniqueData quality=\"low\"/>", "<UniqueData quality=\"highest\"/>");
+    replaceIn (document, "<param name=\"Quality\" value=\"0\"/>", "<param name=\"Quality\" value=\"1\"/>");
     replaceIn (document, "currentPreset=\"0\"", "currentPreset=\"5\"");
     replaceIn (document, "name=\"Cristal Cave [d/w]\"", "name=\"My Own Cave\"");
     const auto edited = chunkOf (document);
@@ -236,12 +237,14 @@ TEST_F (Vst2Abi, StateChunkCarriesParametersPresetsControllerMapAndQuality)
 TEST_F (Vst2Abi, ProgramChunkIsTheCurrentPresetAlone)
 {
     const auto documentOf = [] (const std::string& chunk) { return chunk.size() > 9 ? chunk.substr (8, chunk.size() - 9) : std::string(); };
-    // The state without the live values and the current (first) slot.
+    // The state without the live values, the current (first) slot and the
+    // values that follow from them (the decay time display).
     const auto restOf = [&] (const std::string& chunk)
     {
         auto text = documentOf (chunk);
         for (const auto& [open, close] : { std::pair<std::string, std::string> { "<ParametersState>", "</ParametersState>" },
-                                           { "<Preset ", "</Preset>" } })
+                                           { "<Preset ", "</Preset>" },
+                                           { "<NotPresetableParams>", "</NotPresetableParams>" } })
         {
             const auto from = text.find (open), to = text.find (close);
             if (from != std::string::npos && to != std::string::npos)
