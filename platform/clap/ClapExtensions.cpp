@@ -3,10 +3,12 @@
 #include "ClapInstance.h"
 
 #include <clap/ext/audio-ports.h>
+#include <clap/ext/gui.h>
 #include <clap/ext/latency.h>
 #include <clap/ext/note-ports.h>
 #include <clap/ext/params.h>
 #include <clap/ext/state.h>
+#include <clap/ext/timer-support.h>
 
 #include <cstring>
 
@@ -111,6 +113,87 @@ namespace
         [] (const clap_plugin_t* plugin, const clap_istream_t* stream) { return stream != nullptr && instance (plugin).loadState (*stream); }
     };
 
+    // Embedded in the host's window only; the editor has one size per scale and zoom.
+    const clap_plugin_gui_t gui {
+        [] (const clap_plugin_t*, const char* api, bool isFloating)
+        {
+            return api != nullptr && ! isFloating && std::strcmp (api, ClapEditor::windowApi()) == 0;
+        },
+        [] (const clap_plugin_t*, const char** api, bool* isFloating)
+        {
+            if (api == nullptr || isFloating == nullptr)
+                return false;
+
+            *api = ClapEditor::windowApi();
+            *isFloating = false;
+            return true;
+        },
+        [] (const clap_plugin_t* plugin, const char* api, bool isFloating)
+        {
+            return api != nullptr && ! isFloating && std::strcmp (api, ClapEditor::windowApi()) == 0
+                && instance (plugin).createEditor();
+        },
+        [] (const clap_plugin_t* plugin) { instance (plugin).destroyEditor(); },
+        [] (const clap_plugin_t* plugin, double scale)
+        {
+            auto* editor = instance (plugin).getEditor();
+            return editor != nullptr && editor->setScale (scale);
+        },
+        [] (const clap_plugin_t* plugin, uint32_t* width, uint32_t* height)
+        {
+            auto* editor = instance (plugin).getEditor();
+
+            if (editor == nullptr || width == nullptr || height == nullptr)
+                return false;
+
+            editor->getSize (*width, *height);
+            return true;
+        },
+        [] (const clap_plugin_t*) { return false; },
+        [] (const clap_plugin_t*, clap_gui_resize_hints_t*) { return false; },
+        [] (const clap_plugin_t*, uint32_t*, uint32_t*) { return false; },
+        [] (const clap_plugin_t* plugin, uint32_t width, uint32_t height)
+        {
+            // Only the size it already has.
+            auto* editor = instance (plugin).getEditor();
+            uint32_t w = 0, h = 0;
+
+            if (editor != nullptr)
+                editor->getSize (w, h);
+
+            return editor != nullptr && w == width && h == height;
+        },
+        [] (const clap_plugin_t* plugin, const clap_window_t* window)
+        {
+            auto* editor = instance (plugin).getEditor();
+            return editor != nullptr && window != nullptr && editor->setParent (*window);
+        },
+        [] (const clap_plugin_t*, const clap_window_t*) { return false; },
+        [] (const clap_plugin_t*, const char*) {},
+        [] (const clap_plugin_t* plugin)
+        {
+            auto* editor = instance (plugin).getEditor();
+
+            if (editor != nullptr)
+                editor->setVisible (true);
+
+            return editor != nullptr;
+        },
+        [] (const clap_plugin_t* plugin)
+        {
+            auto* editor = instance (plugin).getEditor();
+
+            if (editor != nullptr)
+                editor->setVisible (false);
+
+            return editor != nullptr;
+        }
+    };
+
+    const clap_plugin_timer_support_t timerSupport {
+        [] (const clap_plugin_t* plugin, clap_id timerId) { instance (plugin).onTimer (timerId); }
+    };
+
     struct Extension
     {
         const char* id;
@@ -123,6 +206,8 @@ namespace
         { CLAP_EXT_LATENCY, &latency },
         { CLAP_EXT_PARAMS, &params },
         { CLAP_EXT_STATE, &state },
+        { CLAP_EXT_GUI, &gui },
+        { CLAP_EXT_TIMER_SUPPORT, &timerSupport },
     };
 }
 

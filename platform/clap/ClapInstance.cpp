@@ -38,10 +38,19 @@ ClapInstance::ClapInstance (const clap_host_t& h, const clap_plugin_descriptor_t
 
 ClapInstance::~ClapInstance()
 {
-    if (processor != nullptr && echo != nullptr)
-        processor->removeListener (echo.get());
+    editor.reset();
 
-    processor.reset();
+    if (processor != nullptr)
+    {
+        // Its timers stop while the message thread, wherever it runs, is held.
+        const juce::MessageManagerLock lock;
+
+        if (echo != nullptr)
+            processor->removeListener (echo.get());
+
+        processor.reset();
+    }
+
     messageLoop.reset();
 }
 
@@ -52,7 +61,7 @@ ClapInstance& ClapInstance::from (const clap_plugin_t* p) noexcept
 
 bool ClapInstance::init()
 {
-    messageLoop = std::make_unique<ClapMessageLoop>();
+    messageLoop = std::make_unique<ClapMessageLoop> (host);
 
     processor.reset (createPluginFilter());
 
@@ -60,10 +69,18 @@ bool ClapInstance::init()
         return false;
 
     if (host.get_extension != nullptr)
+    {
         hostParams = static_cast<const clap_host_params_t*> (host.get_extension (&host, CLAP_EXT_PARAMS));
+        threadCheck = static_cast<const clap_host_thread_check_t*> (host.get_extension (&host, CLAP_EXT_THREAD_CHECK));
+    }
+
+    std::function<bool()> isAudioThread;
+
+    if (threadCheck != nullptr && threadCheck->is_audio_thread != nullptr)
+        isAudioThread = [this] { return threadCheck->is_audio_thread (&host); };
 
     processor->setPlayHead (&playHead);
-    echo = std::make_unique<ClapParameterEcho> ((int) getNumParameters(), [this] { requestFlush(); });
+    echo = std::make_unique<ClapParameterEcho> ((int) getNumParameters(), [this] { requestFlush(); }, std::move (isAudioThread));
     processor->addListener (echo.get());
     return true;
 }
@@ -115,7 +132,7 @@ uint32_t ClapInstance::getLatency() const
 // processor splits its pieces at them itself.
 clap_process_status ClapInstance::process (const clap_process_t& p)
 {
-    const ClapParameterEcho::ProcessingScope processing;
+    const ClapParameterEcho::ProcessingScope processing (*echo);
 
     if (p.audio_outputs_count < 1 || p.audio_outputs[0].channel_count < 2 || p.audio_outputs[0].data32 == nullptr)
         return CLAP_PROCESS_ERROR;
@@ -212,7 +229,7 @@ void ClapInstance::handleEvent (const clap_event_header_t& event, uint32_t segme
 
 void ClapInstance::flush (const clap_input_events_t* in, const clap_output_events_t* out)
 {
-    const ClapParameterEcho::ProcessingScope processing;
+    const ClapParameterEcho::ProcessingScope processing (*echo);
     const auto numEvents = in != nullptr ? in->size (in) : 0u;
 
     for (uint32_t i = 0; i < numEvents; ++i)
@@ -239,7 +256,7 @@ bool ClapInstance::loadState (const clap_istream_t& stream)
         return false;
 
     {
-        const ClapParameterEcho::QuietScope quiet;
+        const ClapParameterEcho::QuietScope quiet (*echo);
         processor->setStateInformation (state.getData(), (int) state.getSize());
     }
 
@@ -247,4 +264,28 @@ bool ClapInstance::loadState (const clap_istream_t& stream)
         hostParams->rescan (&host, CLAP_PARAM_RESCAN_VALUES | CLAP_PARAM_RESCAN_TEXT);
 
     return true;
+}
+
+void ClapInstance::onTimer (clap_id timerId)
+{
+    messageLoop->onTimer (timerId);
+}
+
+//==============================================================================
+bool ClapInstance::createEditor()
+{
+    if (editor != nullptr)
+        return false;
+
+    editor = std::make_unique<ClapEditor> (*processor, host);
+
+    if (! editor->hasEditor())
+        editor.reset();
+
+    return editor != nullptr;
+}
+
+void ClapInstance::destroyEditor()
+{
+    editor.reset();
 }

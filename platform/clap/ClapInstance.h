@@ -1,10 +1,12 @@
 #pragma once
 
+#include "ClapEditor.h"
 #include "ClapMessageLoop.h"
 #include "ClapParameterEcho.h"
 #include "ClapPlayHead.h"
 
 #include <clap/ext/params.h>
+#include <clap/ext/thread-check.h>
 #include <clap/plugin.h>
 #include <clap/stream.h>
 #include <juce_audio_processors/juce_audio_processors.h>
@@ -33,6 +35,13 @@ public:
     uint32_t getLatency() const;
     bool saveState (const clap_ostream_t& stream);
     bool loadState (const clap_istream_t& stream);
+    void onTimer (clap_id timerId);
+
+    // The editor, between the host's gui create() and destroy(); null
+    // otherwise.
+    bool createEditor();
+    void destroyEditor();
+    ClapEditor* getEditor() const noexcept { return editor.get(); }
 
     // Audio thread.
     void reset();
@@ -49,11 +58,13 @@ private:
 
     const clap_host_t& host;
     const clap_host_params_t* hostParams = nullptr;
+    const clap_host_thread_check_t* threadCheck = nullptr;
     clap_plugin_t plugin;
 
     std::unique_ptr<ClapMessageLoop> messageLoop;
     std::unique_ptr<juce::AudioProcessor> processor;
     std::unique_ptr<ClapParameterEcho> echo;
+    std::unique_ptr<ClapEditor> editor;
     ClapPlayHead playHead;
     juce::MidiBuffer midi;
     int midiBytesLeft = 0;

@@ -1,40 +1,28 @@
 #include "ClapParameterEcho.h"
 
-namespace
-{
-    enum class ThreadRole
-    {
-        other,
-        processing,
-        quiet
-    };
-
-    thread_local ThreadRole threadRole = ThreadRole::other;
-}
-
-ClapParameterEcho::ProcessingScope::ProcessingScope() { threadRole = ThreadRole::processing; }
-ClapParameterEcho::ProcessingScope::~ProcessingScope() { threadRole = ThreadRole::other; }
-ClapParameterEcho::QuietScope::QuietScope() { threadRole = ThreadRole::quiet; }
-ClapParameterEcho::QuietScope::~QuietScope() { threadRole = ThreadRole::other; }
-
-ClapParameterEcho::ClapParameterEcho (int count, std::function<void()> flushRequest)
-    : numParameters (count), slots (std::make_unique<Slot[]> ((size_t) count)), requestFlush (std::move (flushRequest))
+ClapParameterEcho::ClapParameterEcho (int count, std::function<void()> flushRequest, std::function<bool()> audioThreadCheck)
+    : numParameters (count), slots (std::make_unique<Slot[]> ((size_t) count)), requestFlush (std::move (flushRequest)),
+      isAudioThread (std::move (audioThreadCheck))
 {
 }
 
 void ClapParameterEcho::note (int index, uint32_t what)
 {
-    if (index < 0 || index >= numParameters || threadRole == ThreadRole::quiet)
+    const auto thread = std::this_thread::get_id();
+
+    if (index < 0 || index >= numParameters || thread == quietThread.load())
         return;
 
-    if (threadRole == ThreadRole::processing)
+    const bool processing = thread == processingThread.load() || (isAudioThread && isAudioThread());
+
+    if (processing)
         what |= notRecorded;
 
     slots[(size_t) index].pending.fetch_or (what, std::memory_order_release);
 
     // Inside process() or flush() the host hears of it at the end of the
     // call; a request from its audio thread is not allowed anyway.
-    if (threadRole == ThreadRole::other && requestFlush)
+    if (! processing && requestFlush)
         requestFlush();
 }
 

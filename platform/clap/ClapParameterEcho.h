@@ -6,6 +6,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <thread>
 
 // Tells a CLAP host about parameter changes it did not make itself: the
 // editor's knob turns with their gestures, controllers through the MIDI map
@@ -16,24 +17,34 @@
 class ClapParameterEcho : public juce::AudioProcessorListener
 {
 public:
-    ClapParameterEcho (int numParameters, std::function<void()> requestFlush);
+    // `isAudioThread`, when the host can tell, answers whether the calling
+    // thread is its audio thread, inside process() or not.
+    ClapParameterEcho (int numParameters, std::function<void()> requestFlush, std::function<bool()> isAudioThread);
 
-    // While one lives on a thread, the host is inside process() or flush()
-    // there: changes made on it (controllers, program changes) are written
-    // out at the end of the call, marked not to be recorded, and no flush is
-    // requested.
-    struct ProcessingScope
+    // While one lives, the host is inside process() or flush() on the thread
+    // that made it: changes made there (controllers, program changes) are
+    // written out at the end of the call, marked not to be recorded, and no
+    // flush is requested.
+    class ProcessingScope
     {
-        ProcessingScope();
-        ~ProcessingScope();
+    public:
+        explicit ProcessingScope (ClapParameterEcho& e) : echo (e) { echo.processingThread.store (std::this_thread::get_id()); }
+        ~ProcessingScope() { echo.processingThread.store ({}); }
+
+    private:
+        ClapParameterEcho& echo;
     };
 
-    // While one lives on a thread, changes made there are not reported (a
+    // While one lives, changes made on its thread are not reported (a
     // restored state, which the host rescans as a whole).
-    struct QuietScope
+    class QuietScope
     {
-        QuietScope();
-        ~QuietScope();
+    public:
+        explicit QuietScope (ClapParameterEcho& e) : echo (e) { echo.quietThread.store (std::this_thread::get_id()); }
+        ~QuietScope() { echo.quietThread.store ({}); }
+
+    private:
+        ClapParameterEcho& echo;
     };
 
     // Per parameter, in order: gesture begin, the latest value, gesture end.
@@ -65,4 +76,8 @@ private:
     const int numParameters;
     const std::unique_ptr<Slot[]> slots;
     const std::function<void()> requestFlush;
+    const std::function<bool()> isAudioThread;
+    // Thread ids rather than thread-locals: a thread-local of a library
+    // loaded at run time is allocated on the thread's first use of it.
+    std::atomic<std::thread::id> processingThread {}, quietThread {};
 };

@@ -3,218 +3,57 @@
 // the test's main thread and processed on a thread of their own, as a host's
 // audio thread would.
 
+#include "../support/ClapPlugin.h"
+#include "../support/EditorFollowWatch.h"
+#include "../support/Environment.h"
 #include "../support/HostileSamples.h"
+#include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
+#include "../support/ScopedSettingsFile.h"
 #include "../support/Vst2Plugin.h"
+#include "../support/WindowManagerAtoms.h"
+#include "framework/UserSettingsFolder.h"
 
-#include <clap/entry.h>
 #include <clap/ext/audio-ports.h>
+#include <clap/ext/gui.h>
 #include <clap/ext/latency.h>
 #include <clap/ext/note-ports.h>
-#include <clap/ext/params.h>
-#include <clap/ext/state.h>
-#include <clap/plugin-factory.h>
+#include <clap/ext/timer-support.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstring>
+#include <functional>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace
 {
-    // What the plug-in asks of its host, counted.
-    struct Host
+    using namespace Clap;
+
+    // The build's own plug-in, or the installed copy named by
+    // QUORLANE_CLAP_PLUGIN: the package tests load what each install put in place.
+    const char* clapPath()
     {
-        Host()
-        {
-            host.host_data = this;
-            host.get_extension = [] (const clap_host_t* h, const char* id) -> const void*
-            {
-                return std::strcmp (id, CLAP_EXT_PARAMS) == 0 ? &static_cast<Host*> (h->host_data)->params : nullptr;
-            };
-            host.request_restart = host.request_process = host.request_callback = [] (const clap_host_t*) {};
-            params.rescan = [] (const clap_host_t* h, clap_param_rescan_flags) { ++static_cast<Host*> (h->host_data)->rescans; };
-            params.clear = [] (const clap_host_t*, clap_id, clap_param_clear_flags) {};
-            params.request_flush = [] (const clap_host_t* h) { ++static_cast<Host*> (h->host_data)->flushRequests; };
-        }
-
-        clap_host_t host { CLAP_VERSION_INIT, nullptr, "Quorlane tests", "Orlo", "", "1", nullptr, nullptr, nullptr, nullptr };
-        clap_host_params_t params {};
-        std::atomic<int> rescans { 0 }, flushRequests { 0 };
-    };
-
-    // Events handed to the plug-in, in time order.
-    struct InputEvents
-    {
-        void add (uint32_t time, clap_id param, double value)
-        {
-            values.push_back ({ { sizeof (clap_event_param_value_t), time, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_PARAM_VALUE, 0 },
-                                param, nullptr, -1, -1, -1, -1, value });
-            order.push_back (&values.back().header);
-        }
-
-        void addMidi (uint32_t time, uint8_t status, uint8_t data1, uint8_t data2)
-        {
-            midi.push_back ({ { sizeof (clap_event_midi_t), time, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_MIDI, 0 }, 0, { status, data1, data2 } });
-            order.push_back (&midi.back().header);
-        }
-
-        clap_input_events_t list { this,
-            [] (const clap_input_events_t* l) { return (uint32_t) static_cast<InputEvents*> (l->ctx)->order.size(); },
-            [] (const clap_input_events_t* l, uint32_t i) { return static_cast<InputEvents*> (l->ctx)->order[i]; } };
-
-        // Reserved, so that the headers listed never move.
-        InputEvents() { values.reserve (64); midi.reserve (64); }
-
-        std::vector<clap_event_param_value_t> values;
-        std::vector<clap_event_midi_t> midi;
-        std::vector<const clap_event_header_t*> order;
-    };
-
-    // The parameter events the plug-in sends back.
-    struct OutputEvents
-    {
-        struct Event
-        {
-            uint16_t type;
-            uint32_t flags;
-            clap_id param;
-            double value;
-        };
-
-        clap_output_events_t list { this, [] (const clap_output_events_t* l, const clap_event_header_t* e)
-        {
-            const auto param = e->type == CLAP_EVENT_PARAM_VALUE ? reinterpret_cast<const clap_event_param_value_t*> (e)->param_id
-                                                                 : reinterpret_cast<const clap_event_param_gesture_t*> (e)->param_id;
-            const auto value = e->type == CLAP_EVENT_PARAM_VALUE ? reinterpret_cast<const clap_event_param_value_t*> (e)->value : 0.0;
-            static_cast<OutputEvents*> (l->ctx)->events.push_back ({ e->type, e->flags, param, value });
-            return true;
-        } };
-
-        std::vector<Event> events;
-    };
-
-    // A stream that moves at most `step` bytes a call, as a host may.
-    struct Stream
-    {
-        explicit Stream (size_t maximumStep) : step (maximumStep) {}
-
-        clap_ostream_t out { this, [] (const clap_ostream_t* s, const void* buffer, uint64_t size) -> int64_t
-        {
-            auto& self = *static_cast<Stream*> (s->ctx);
-            const auto n = std::min<size_t> ((size_t) size, self.step);
-            self.bytes.append (static_cast<const char*> (buffer), n);
-            return (int64_t) n;
-        } };
-
-        clap_istream_t in { this, [] (const clap_istream_t* s, void* buffer, uint64_t size) -> int64_t
-        {
-            auto& self = *static_cast<Stream*> (s->ctx);
-            const auto n = std::min ({ (size_t) size, self.step, self.bytes.size() - self.readPosition });
-            std::memcpy (buffer, self.bytes.data() + self.readPosition, n);
-            self.readPosition += n;
-            return (int64_t) n;
-        } };
-
-        const size_t step;
-        std::string bytes;
-        size_t readPosition = 0;
-    };
-
-    const clap_plugin_entry_t* entry()
-    {
-        static const SharedLibrary library { QUORLANE_CLAP_PATH };
-        static const auto* found = [] () -> const clap_plugin_entry_t*
-        {
-            const auto* e = static_cast<const clap_plugin_entry_t*> (library.symbol ("clap_entry"));
-            return e != nullptr && e->init (QUORLANE_CLAP_PATH) ? e : nullptr;
-        }();
-        return found;
+        static const auto path = environmentVariable ("QUORLANE_CLAP_PLUGIN").empty() ? std::string (QUORLANE_CLAP_PATH)
+                                                                                      : environmentVariable ("QUORLANE_CLAP_PLUGIN");
+        return path.c_str();
     }
 
-    const clap_plugin_factory_t* factory()
+    const clap_plugin_factory_t* factory() { return Clap::factory (clapPath()); }
+
+    std::string displayText (const Instance& instance, clap_id id, double v)
     {
-        return entry() != nullptr ? static_cast<const clap_plugin_factory_t*> (entry()->get_factory (CLAP_PLUGIN_FACTORY_ID)) : nullptr;
+        char display[256];
+        std::memset (display, 'X', sizeof (display));
+        return instance.params->value_to_text (instance.plugin, id, v, display, sizeof (display)) ? display : "(refused)";
     }
-
-    // An initialised instance, activated for 48 kHz; its audio runs on a thread of its own.
-    struct Instance
-    {
-        Instance()
-        {
-            plugin = factory()->create_plugin (factory(), &host.host, "orlo.quorlane");
-
-            if (plugin == nullptr || ! plugin->init (plugin))
-                return;
-
-            params = static_cast<const clap_plugin_params_t*> (plugin->get_extension (plugin, CLAP_EXT_PARAMS));
-            state = static_cast<const clap_plugin_state_t*> (plugin->get_extension (plugin, CLAP_EXT_STATE));
-            active = plugin->activate (plugin, 48000.0, 1, 512);
-        }
-
-        ~Instance()
-        {
-            if (active)
-                plugin->deactivate (plugin);
-
-            if (plugin != nullptr)
-                plugin->destroy (plugin);
-        }
-
-        // In place, on the audio thread.
-        void process (std::vector<float>& left, std::vector<float>& right, InputEvents& in, OutputEvents& out)
-        {
-            std::thread audio ([&]
-            {
-                float* channels[] = { left.data(), right.data() };
-                clap_audio_buffer_t input { channels, nullptr, 2, 0, 0 }, output { channels, nullptr, 2, 0, 0 };
-                const clap_process_t process { -1, (uint32_t) left.size(), nullptr, &input, &output, 1, 1, &in.list, &out.list };
-                plugin->start_processing (plugin);
-                status = plugin->process (plugin, &process);
-                plugin->stop_processing (plugin);
-            });
-            audio.join();
-        }
-
-        double value (clap_id id) const
-        {
-            double v = -1.0;
-            params->get_value (plugin, id, &v);
-            return v;
-        }
-
-        std::string text (clap_id id, double v) const
-        {
-            char display[256];
-            std::memset (display, 'X', sizeof (display));
-            return params->value_to_text (plugin, id, v, display, sizeof (display)) ? display : "(refused)";
-        }
-
-        std::string savedState() const
-        {
-            Stream stream (7);
-            return state->save (plugin, &stream.out) ? stream.bytes : std::string();
-        }
-
-        bool loadState (const std::string& bytes) const
-        {
-            Stream stream (5);
-            stream.bytes = bytes;
-            return state->load (plugin, &stream.in);
-        }
-
-        Host host;
-        const clap_plugin_t* plugin = nullptr;
-        const clap_plugin_params_t* params = nullptr;
-        const clap_plugin_state_t* state = nullptr;
-        bool active = false;
-        clap_process_status status = CLAP_PROCESS_ERROR;
-    };
 
     std::vector<float> sine (size_t length, float frequency)
     {
@@ -226,7 +65,14 @@ namespace
         return samples;
     }
 
-    constexpr clap_id outputVolume = 19, fx = 18;
+    constexpr clap_id outputVolume = 19, fx = 18, lateSize = 6;
+
+   #if defined(_WIN32)
+    const char* const editorWindowApi = CLAP_WINDOW_API_WIN32;
+   #else
+    const char* const editorWindowApi = CLAP_WINDOW_API_X11;
+   #endif
+
 }
 
 class ClapHost : public ::testing::Test
@@ -234,13 +80,13 @@ class ClapHost : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_NE (factory(), nullptr) << SharedLibrary (QUORLANE_CLAP_PATH).error();
+        ASSERT_NE (factory(), nullptr) << SharedLibrary (clapPath()).error();
         ASSERT_TRUE (instance.active);
         ASSERT_NE (instance.params, nullptr);
         ASSERT_NE (instance.state, nullptr);
     }
 
-    Instance instance;
+    Instance instance { clapPath() };
 };
 
 // What a host reads while it scans the module and loads the plug-in: one
@@ -248,7 +94,7 @@ protected:
 // read exactly as the VST2 build's.
 TEST_F (ClapHost, DescribesItselfAndItsParametersAsTheVst2BuildDoes)
 {
-    EXPECT_EQ (SharedLibrary (QUORLANE_CLAP_PATH).symbol ("createPluginFilter"), nullptr) << "clap_entry is the only export";
+    EXPECT_EQ (SharedLibrary (clapPath()).symbol ("createPluginFilter"), nullptr) << "clap_entry is the only export";
     ASSERT_EQ (factory()->get_plugin_count (factory()), 1u);
     const auto* descriptor = factory()->get_plugin_descriptor (factory(), 0);
     EXPECT_STREQ (descriptor->id, "orlo.quorlane");
@@ -312,19 +158,19 @@ TEST_F (ClapHost, DescribesItselfAndItsParametersAsTheVst2BuildDoes)
             change.add (0, i, v);
             OutputEvents none;
             instance.params->flush (plugin, &change.list, &none.list);
-            const auto text = instance.text (i, v);
+            const auto text = displayText (instance, i, v);
             EXPECT_EQ (text, vst2.text (Vst2::effGetParamDisplay, (int32_t) i)) << quorlaneParameterNames[i] << " at " << v;
 
             double back = -1.0;
             ASSERT_TRUE (instance.params->text_to_value (plugin, i, text.c_str(), &back));
-            EXPECT_EQ (instance.text (i, back), text) << "the text reads back as the value it shows";
+            EXPECT_EQ (displayText (instance, i, back), text) << "the text reads back as the value it shows";
         }
     }
 
     vst2.stop();
     clap_param_info_t info {};
     EXPECT_FALSE (instance.params->get_info (plugin, 20, &info));
-    EXPECT_EQ (instance.text (20, 0.5), "(refused)");
+    EXPECT_EQ (displayText (instance, 20, 0.5), "(refused)");
 }
 
 // The engine takes parameter changes between its 32-sample blocks and plays
@@ -333,7 +179,7 @@ TEST_F (ClapHost, DescribesItselfAndItsParametersAsTheVst2BuildDoes)
 // is what an instance without the change plays.
 TEST_F (ClapHost, ParameterChangeInsideTheBlockIsHeardFromTheNextBoundary)
 {
-    Instance reference;
+    Instance reference { clapPath() };
     ASSERT_TRUE (reference.active);
     auto left = sine (512, 0.05f), right = sine (512, 0.07f);
     auto referenceLeft = left, referenceRight = right;
@@ -371,16 +217,10 @@ TEST_F (ClapHost, StateControllerMapAndFlushAcrossInstancesAndFormats)
     EXPECT_EQ (instance.value (9), 0.125);
     EXPECT_EQ (instance.value (16), 0.75);
 
-    auto saved = instance.savedState();
-    const auto map = std::string ("<MidiControlMap name=\"Quorlane\"/>");
-    const auto at = saved.find (map);
-    ASSERT_NE (at, std::string::npos);
-    saved.replace (at, map.size(), "<MidiControlMap name=\"Quorlane\"><assign param=\"FX\" CC=\"74\"/></MidiControlMap>");
-    // The chunk's header holds the document's length.
-    const auto length = (uint32_t) (saved.size() - 9);
-    std::memcpy (saved.data() + 4, &length, 4);
+    const auto saved = withControllerMap (instance.savedState(), "<assign param=\"FX\" CC=\"74\"/>");
+    ASSERT_FALSE (saved.empty());
 
-    Instance fresh;
+    Instance fresh { clapPath() };
     ASSERT_TRUE (fresh.active);
     EXPECT_NE (fresh.value (9), 0.125);
     ASSERT_TRUE (fresh.loadState (saved));
@@ -436,4 +276,151 @@ TEST_F (ClapHost, OutputStaysFiniteThroughNonFiniteInput)
     }
 
     EXPECT_GT (lastLevel, 0.01f);
+}
+
+// As a CLAP host with timers runs the plug-in: the editor made, embedded in a
+// window of the host's at the skin's size and drawn; automation of "Late
+// Size" played on an audio thread in real time is shown within 100 ms and,
+// with automatic storing on, stored into the current preset, while JUCE's
+// message loop runs only from the host's timer calls on its main thread. At
+// a host scale of 2 the editor is twice the size, and the host is asked for it.
+TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
+{
+    createWindowManagerAtoms();
+    const ScopedSettingsFile settings (environmentVariable (userSettingsFolderVariable),
+                                       "<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+
+    // Without the host's timers the loop has a thread of its own, which
+    // runs the host's gui calls.
+    {
+        Instance withoutTimers { clapPath() };
+        ASSERT_TRUE (withoutTimers.active);
+        const auto* plugin = withoutTimers.plugin;
+        const auto* gui = static_cast<const clap_plugin_gui_t*> (plugin->get_extension (plugin, CLAP_EXT_GUI));
+        ASSERT_NE (gui, nullptr);
+        ASSERT_TRUE (gui->create (plugin, editorWindowApi, false));
+        ASSERT_TRUE (gui->set_scale (plugin, 2.0));
+        uint32_t width = 0, height = 0;
+        ASSERT_TRUE (gui->get_size (plugin, &width, &height));
+        EXPECT_EQ (width, 1266u);
+        EXPECT_EQ (height, 414u);
+        gui->destroy (plugin);
+    }
+
+    Instance instance { clapPath(), true };
+    ASSERT_TRUE (instance.active);
+    const auto* plugin = instance.plugin;
+   #if defined(__linux__)
+    EXPECT_GT (instance.host.timerPeriod, 0u);
+    ASSERT_NE (instance.host.timerId, CLAP_INVALID_ID) << "the plug-in asks for the host's timer";
+   #endif
+
+    const auto* gui = static_cast<const clap_plugin_gui_t*> (plugin->get_extension (plugin, CLAP_EXT_GUI));
+    const auto* timers = static_cast<const clap_plugin_timer_support_t*> (plugin->get_extension (plugin, CLAP_EXT_TIMER_SUPPORT));
+    ASSERT_NE (gui, nullptr);
+    ASSERT_NE (timers, nullptr);
+
+    const char* api = nullptr;
+    bool isFloating = true;
+    ASSERT_TRUE (gui->get_preferred_api (plugin, &api, &isFloating));
+    EXPECT_STREQ (api, editorWindowApi);
+    EXPECT_FALSE (isFloating);
+    EXPECT_FALSE (gui->is_api_supported (plugin, api, true)) << "never floating";
+    EXPECT_FALSE (gui->is_api_supported (plugin, CLAP_WINDOW_API_COCOA, false));
+
+    NativeParentWindow parent;
+    ASSERT_NE (parent.handle(), nullptr) << "no window system";
+    ASSERT_TRUE (gui->create (plugin, api, false));
+    uint32_t width = 0, height = 0;
+    ASSERT_TRUE (gui->get_size (plugin, &width, &height));
+    EXPECT_EQ (width, 633u);
+    EXPECT_EQ (height, 207u);
+    EXPECT_FALSE (gui->can_resize (plugin));
+    EXPECT_FALSE (gui->set_size (plugin, 700, 300)) << "one size per scale and zoom";
+
+    clap_window_t window {};
+    window.api = api;
+    window.ptr = parent.handle();
+    ASSERT_TRUE (gui->set_parent (plugin, &window));
+    ASSERT_TRUE (gui->show (plugin));
+
+    // The host's timer calls, every 10 ms, on the test's (the host's main) thread.
+    const auto idle = [&]
+    {
+        parent.dispatchEvents();
+
+        if (instance.host.timerId != CLAP_INVALID_ID)
+            timers->on_timer (plugin, instance.host.timerId);
+
+        std::this_thread::sleep_for (std::chrono::milliseconds (10));
+    };
+
+    for (int i = 0; i < 30; ++i)
+        idle();
+
+   #if ! defined(_WIN32)
+    // Wine's screen read back never shows a child window's drawing.
+    const auto drawn = windowPixels (parent.handle(), 0, 0, (int) width, (int) height);
+    ASSERT_FALSE (drawn.empty());
+    EXPECT_GT (std::set<uint32_t> (drawn.begin(), drawn.end()).size(), 50u) << "the skin is drawn in the host's window";
+   #endif
+
+    EditorFollowWatch watch (parent.handle());
+    ASSERT_TRUE (watch.canSee());
+    std::vector<float> left (256), right (256);
+    InputEvents in;
+    OutputEvents out;
+    std::atomic<bool> automate { false };
+    instance.plugin->start_processing (plugin);
+    watch.followAutomation ([&]
+    {
+        std::fill (left.begin(), left.end(), 0.0f);
+        std::fill (right.begin(), right.end(), 0.0f);
+        in.clear();
+        out.events.clear();
+
+        if (automate.exchange (false))
+            in.add (17, lateSize, 0.9);
+
+        instance.processHere (left.data(), right.data(), 256, in, out);
+    },
+    [&] { automate = true; }, idle);
+    instance.plugin->stop_processing (plugin);
+
+    for (int i = 0; i < 10; ++i)
+        idle();
+
+    EXPECT_NEAR (storedInCurrentPreset (instance.savedState(), "Late Size"), 0.9, 1e-6);
+
+    // Without the host's timer calls the editor stands still.
+    const auto knobBefore = windowPixels (parent.handle(), 171, 59, 35, 35);
+    in.clear();
+    in.add (0, lateSize, 0.1);
+    instance.process (left, right, in, out);
+
+    for (int i = 0; i < 30; ++i)
+    {
+        parent.dispatchEvents();
+        std::this_thread::sleep_for (std::chrono::milliseconds (10));
+    }
+
+   #if ! defined(_WIN32)
+    EXPECT_EQ (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 0);
+
+    for (int i = 0; i < 30; ++i)
+        idle();
+
+    EXPECT_GT (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 20) << "the timer calls bring it up to date";
+   #endif
+
+    EXPECT_TRUE (gui->set_scale (plugin, 2.0));
+    ASSERT_TRUE (gui->get_size (plugin, &width, &height));
+    EXPECT_EQ (width, 1266u);
+    EXPECT_EQ (height, 414u);
+    EXPECT_GE (instance.host.resizeRequests.load(), 1);
+    EXPECT_EQ (instance.host.requestedWidth, 1266u);
+    EXPECT_EQ (instance.host.requestedHeight, 414u);
+    EXPECT_FALSE (gui->set_scale (plugin, 0.0));
+
+    gui->destroy (plugin);
 }

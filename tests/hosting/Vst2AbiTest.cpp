@@ -7,6 +7,7 @@
 #include "../support/HostileSamples.h"
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
+#include "../support/ScopedSettingsFile.h"
 #include "../support/Vst2Plugin.h"
 #include "../support/WindowManagerAtoms.h"
 #include "framework/UserSettingsFolder.h"
@@ -19,7 +20,6 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <mutex>
 #include <random>
@@ -71,44 +71,6 @@ namespace
 
         void TearDown() override { std::filesystem::remove_all (settingsFolder); }
     };
-
-    // User settings that new instances start with, for as long as it lives.
-    struct ScopedSettings
-    {
-        explicit ScopedSettings (const std::string& document)
-        {
-            std::filesystem::create_directories (file.parent_path());
-            std::ofstream (file) << document;
-        }
-
-        ~ScopedSettings() { std::filesystem::remove (file); }
-
-        const std::filesystem::path file = settingsFolder / "Quorlane" / "Quorlane.ini";
-    };
-
-    // The value a saved state keeps for a parameter in its current preset:
-    // the n-th Preset of the bank, n being the state's current preset.
-    double storedInCurrentPreset (const std::string& state, const std::string& parameter)
-    {
-        const auto presets = state.find ("<PresetsState");
-        const auto current = state.find ("currentPreset=\"", presets);
-
-        if (presets == std::string::npos || current == std::string::npos)
-            return -1.0;
-
-        auto at = state.find ("<PresetBank", presets);
-
-        for (int n = std::stoi (state.substr (current + 15)); at != std::string::npos && n >= 0; --n)
-            at = state.find ("<Preset ", at + 1);
-
-        const auto end = state.find ("</Preset>", at);
-        const auto param = state.find ("name=\"" + parameter + "\" value=\"", at);
-
-        if (at == std::string::npos || param == std::string::npos || param > end)
-            return -1.0;
-
-        return std::stod (state.substr (param + parameter.size() + 15));
-    }
 
     [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
 
@@ -316,7 +278,7 @@ TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
 // value is stored into the current preset.
 TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
 {
-    const ScopedSettings settings ("<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+    const ScopedSettingsFile settings (settingsFolder, "<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
     Vst2Plugin plugin;
     ASSERT_NE (plugin.effect, nullptr);
     NativeParentWindow parent;
