@@ -144,13 +144,15 @@ bool ClapEditor::setParent (const clap_window_t& window)
     if (window.api == nullptr || std::strcmp (window.api, windowApi()) != 0 || window.ptr == nullptr)
         return false;
 
+    bool attached = false;
     ClapMessageLoop::runOnMessageThread ([&]
     {
         holder->setVisible (false);
         holder->addToDesktop (0, window.ptr);
         holder->setVisible (true);
+        attached = holder->isOnDesktop();
     });
-    return holder->isOnDesktop();
+    return attached;
 }
 
 void ClapEditor::setVisible (bool shouldBeVisible)
