@@ -115,7 +115,7 @@ INSTALL_FILES := DESTDIR="$(DESTDIR)" BINDIR="$(BINDIR)" DATADIR="$(DATADIR)" MA
 
 install:
 	@$(INSTALL_FILES) install $(RELEASE_DIR)
-	@echo "Installed Quorlane $(VERSION): plug-ins in $(DESTDIR)$(LV2_DIR), $(DESTDIR)$(VST3_DIR) and $(DESTDIR)$(VST2_DIR);" \
+	@echo "Installed Quorlane $(VERSION): plug-ins in $(DESTDIR)$(LV2_DIR), $(DESTDIR)$(VST3_DIR), $(DESTDIR)$(VST2_DIR) and $(DESTDIR)$(CLAP_DIR);" \
 		"quorlane and quorlane-render in $(DESTDIR)$(BINDIR)."
 
 uninstall:
@@ -124,19 +124,18 @@ uninstall:
 
 # The release build, installed for the current user where Linux hosts look.
 install-user: release
-	@mkdir -p $(HOME)/.vst $(HOME)/.vst3 $(HOME)/.lv2
+	@mkdir -p $(HOME)/.vst $(HOME)/.vst3 $(HOME)/.lv2 $(HOME)/.clap
 	@install -m 755 $(ARTEFACTS)/VST/Quorlane.so $(HOME)/.vst/Quorlane.so
 	@rm -rf $(HOME)/.vst3/Quorlane.vst3 $(HOME)/.lv2/Quorlane.lv2
 	@cp -R $(ARTEFACTS)/VST3/Quorlane.vst3 $(HOME)/.vst3/
 	@cp -R $(ARTEFACTS)/LV2/Quorlane.lv2 $(HOME)/.lv2/
-	@if [ -e $(ARTEFACTS)/CLAP/Quorlane.clap ]; then \
-		mkdir -p $(HOME)/.clap && install -m 644 $(ARTEFACTS)/CLAP/Quorlane.clap $(HOME)/.clap/Quorlane.clap; fi
+	@install -m 644 $(ARTEFACTS)/CLAP/Quorlane.clap $(HOME)/.clap/Quorlane.clap
 	@echo
 	@echo "Installed Quorlane for $$(id -un):"
 	@echo "  VST 2.4  $(HOME)/.vst/Quorlane.so"
 	@echo "  VST3     $(HOME)/.vst3/Quorlane.vst3"
 	@echo "  LV2      $(HOME)/.lv2/Quorlane.lv2   (URI urn:orlo:quorlane)"
-	@if [ -e $(ARTEFACTS)/CLAP/Quorlane.clap ]; then echo "  CLAP     $(HOME)/.clap/Quorlane.clap"; fi
+	@echo "  CLAP     $(HOME)/.clap/Quorlane.clap"
 	@echo "  App      $(ARTEFACTS)/Standalone/Quorlane"
 	@echo "Rescan plug-ins in your DAW (Ardour, Reaper, Bitwig) and insert \"Quorlane\" on a stereo track or bus."
 
@@ -156,7 +155,7 @@ dist-linux: release
 PACKAGE_TEST_PACKAGES := dpkg-dev lintian lilv-utils man-db ardour
 package-test: DEBIAN_PACKAGES += $(PACKAGE_TEST_PACKAGES)
 package-test: deb dist-linux $(DEBUG_DIR)/build.ninja
-	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane_vst2_abi_tests quorlane_host_tests quorlane_daw_tests
+	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane_vst2_abi_tests quorlane_clap_host_tests quorlane_host_tests quorlane_daw_tests
 	tools/linux/package-test.sh $(RELEASE_DIR) $(DEBUG_DIR) dist
 
 # The plug-ins installed for the current user, and the renderer's demo in demo/.
