@@ -44,11 +44,12 @@ debug: deps $(DEBUG_DIR)/build.ninja
 	cmake --build $(DEBUG_DIR) -j $(JOBS)
 
 release: deps $(RELEASE_DIR)/build.ninja
-	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone quorlane-render
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_CLAP Quorlane_Standalone quorlane-render
 
 # Every test suite, under a virtual display so editor tests can open windows,
-# then a short run of each fuzzer. The DAW suite runs the plug-in in Ardour.
-test: DEBIAN_PACKAGES += ardour
+# then a short run of each fuzzer. The DAW suite runs the plug-in in Ardour,
+# and Qtractor's scanner on the CLAP build.
+test: DEBIAN_PACKAGES += ardour qtractor
 test: debug
 	cd $(DEBUG_DIR) && xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j 1
 	@$(MAKE) --no-print-directory fuzz
