@@ -6,13 +6,12 @@
 #include "../support/ClapPlugin.h"
 #include "../support/EditorFollowWatch.h"
 #include "../support/Environment.h"
+#include "../support/HostProcess.h"
 #include "../support/HostileSamples.h"
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
 #include "../support/ScopedSettingsFile.h"
 #include "../support/Vst2Plugin.h"
-#include "../support/WindowManagerAtoms.h"
-#include "framework/UserSettingsFolder.h"
 
 #include <clap/ext/audio-ports.h>
 #include <clap/ext/gui.h>
@@ -47,6 +46,8 @@ namespace
     }
 
     const clap_plugin_factory_t* factory() { return Clap::factory (clapPath()); }
+
+    [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
 
     std::string displayText (const Instance& instance, clap_id id, double v)
     {
@@ -286,8 +287,7 @@ TEST_F (ClapHost, OutputStaysFiniteThroughNonFiniteInput)
 // a host scale of 2 the editor is twice the size, and the host is asked for it.
 TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
 {
-    createWindowManagerAtoms();
-    const ScopedSettingsFile settings (environmentVariable (userSettingsFolderVariable),
+    const ScopedSettingsFile settings (HostProcess::settingsFolder(),
                                        "<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
 
     // Without the host's timers the loop has a thread of its own, which

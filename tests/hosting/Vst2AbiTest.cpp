@@ -4,13 +4,12 @@
 
 #include "../support/EditorFollowWatch.h"
 #include "../support/Environment.h"
+#include "../support/HostProcess.h"
 #include "../support/HostileSamples.h"
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
 #include "../support/ScopedSettingsFile.h"
 #include "../support/Vst2Plugin.h"
-#include "../support/WindowManagerAtoms.h"
-#include "framework/UserSettingsFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +21,6 @@
 #include <filesystem>
 #include <map>
 #include <mutex>
-#include <random>
 #include <regex>
 #include <set>
 #include <thread>
@@ -52,25 +50,6 @@ namespace
     {
         return c[0] << 24 | c[1] << 16 | c[2] << 8 | c[3];
     }
-
-    // Where the plug-in reads its user settings in this process.
-    std::filesystem::path settingsFolder;
-
-    // The plug-in reads user settings when it starts (never the real user's)
-    // and looks up the window manager's atoms.
-    class HostProcess : public ::testing::Environment
-    {
-    public:
-        void SetUp() override
-        {
-            createWindowManagerAtoms();
-            settingsFolder = std::filesystem::temp_directory_path() / ("quorlane-vst2-" + std::to_string (std::random_device()()));
-            ASSERT_TRUE (std::filesystem::create_directory (settingsFolder));
-            setEnvironmentVariable (userSettingsFolderVariable, (const char*) settingsFolder.u8string().c_str());
-        }
-
-        void TearDown() override { std::filesystem::remove_all (settingsFolder); }
-    };
 
     [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
 
@@ -278,7 +257,7 @@ TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
 // value is stored into the current preset.
 TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
 {
-    const ScopedSettingsFile settings (settingsFolder, "<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+    const ScopedSettingsFile settings (HostProcess::settingsFolder(), "<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
     Vst2Plugin plugin;
     ASSERT_NE (plugin.effect, nullptr);
     NativeParentWindow parent;
