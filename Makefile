@@ -187,7 +187,7 @@ $(WINDOWS_DIR)/build.ninja: | deps
 
 windows: DEBIAN_PACKAGES += $(WINDOWS_PACKAGES)
 windows: deps $(WINDOWS_DIR)/build.ninja
-	cmake --build $(WINDOWS_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_Standalone quorlane-render
+	cmake --build $(WINDOWS_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_CLAP Quorlane_Standalone quorlane-render
 	tools/windows/pack.sh $(WINDOWS_DIR) dist
 
 # The test suites and the Windows checks, under Wine in a prefix of the
