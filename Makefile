@@ -11,7 +11,7 @@ export CCACHE_BASEDIR := $(CURDIR)
 export CCACHE_NOHASHDIR := true
 
 DEBIAN_PACKAGES := build-essential cmake ninja-build pkg-config ccache juce-modules-source libstb-dev \
-	fst-dev lv2-dev libgtest-dev libbenchmark-dev xvfb xauth clang
+	fst-dev lv2-dev dpf-source libgtest-dev libbenchmark-dev xvfb xauth clang
 
 ARTEFACTS := $(RELEASE_DIR)/Quorlane_artefacts/Release
 VERSION := $(shell sed -n 's/^project.Quorlane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
@@ -44,11 +44,12 @@ debug: deps $(DEBUG_DIR)/build.ninja
 	cmake --build $(DEBUG_DIR) -j $(JOBS)
 
 release: deps $(RELEASE_DIR)/build.ninja
-	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_Standalone quorlane-render
+	cmake --build $(RELEASE_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_LV2 Quorlane_CLAP Quorlane_Standalone quorlane-render
 
 # Every test suite, under a virtual display so editor tests can open windows,
-# then a short run of each fuzzer. The DAW suite runs the plug-in in Ardour.
-test: DEBIAN_PACKAGES += ardour
+# then a short run of each fuzzer. The DAW suite runs the plug-in in Ardour,
+# and Qtractor's scanner on the CLAP build.
+test: DEBIAN_PACKAGES += ardour qtractor
 test: debug
 	cd $(DEBUG_DIR) && xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j 1
 	@$(MAKE) --no-print-directory fuzz
@@ -119,7 +120,7 @@ INSTALL_FILES := DESTDIR="$(DESTDIR)" BINDIR="$(BINDIR)" DATADIR="$(DATADIR)" MA
 
 install:
 	@$(INSTALL_FILES) install $(RELEASE_DIR)
-	@echo "Installed Quorlane $(VERSION): plug-ins in $(DESTDIR)$(LV2_DIR), $(DESTDIR)$(VST3_DIR) and $(DESTDIR)$(VST2_DIR);" \
+	@echo "Installed Quorlane $(VERSION): plug-ins in $(DESTDIR)$(LV2_DIR), $(DESTDIR)$(VST3_DIR), $(DESTDIR)$(VST2_DIR) and $(DESTDIR)$(CLAP_DIR);" \
 		"quorlane and quorlane-render in $(DESTDIR)$(BINDIR)."
 
 uninstall:
@@ -128,19 +129,18 @@ uninstall:
 
 # The release build, installed for the current user where Linux hosts look.
 install-user: release
-	@mkdir -p $(HOME)/.vst $(HOME)/.vst3 $(HOME)/.lv2
+	@mkdir -p $(HOME)/.vst $(HOME)/.vst3 $(HOME)/.lv2 $(HOME)/.clap
 	@install -m 755 $(ARTEFACTS)/VST/Quorlane.so $(HOME)/.vst/Quorlane.so
 	@rm -rf $(HOME)/.vst3/Quorlane.vst3 $(HOME)/.lv2/Quorlane.lv2
 	@cp -R $(ARTEFACTS)/VST3/Quorlane.vst3 $(HOME)/.vst3/
 	@cp -R $(ARTEFACTS)/LV2/Quorlane.lv2 $(HOME)/.lv2/
-	@if [ -e $(ARTEFACTS)/CLAP/Quorlane.clap ]; then \
-		mkdir -p $(HOME)/.clap && install -m 644 $(ARTEFACTS)/CLAP/Quorlane.clap $(HOME)/.clap/Quorlane.clap; fi
+	@install -m 644 $(ARTEFACTS)/CLAP/Quorlane.clap $(HOME)/.clap/Quorlane.clap
 	@echo
 	@echo "Installed Quorlane for $$(id -un):"
 	@echo "  VST 2.4  $(HOME)/.vst/Quorlane.so"
 	@echo "  VST3     $(HOME)/.vst3/Quorlane.vst3"
 	@echo "  LV2      $(HOME)/.lv2/Quorlane.lv2   (URI urn:orlo:quorlane)"
-	@if [ -e $(ARTEFACTS)/CLAP/Quorlane.clap ]; then echo "  CLAP     $(HOME)/.clap/Quorlane.clap"; fi
+	@echo "  CLAP     $(HOME)/.clap/Quorlane.clap"
 	@echo "  App      $(ARTEFACTS)/Standalone/Quorlane"
 	@echo "Rescan plug-ins in your DAW (Ardour, Reaper, Bitwig) and insert \"Quorlane\" on a stereo track or bus."
 
@@ -160,7 +160,7 @@ dist-linux: release
 PACKAGE_TEST_PACKAGES := dpkg-dev lintian lilv-utils man-db ardour
 package-test: DEBIAN_PACKAGES += $(PACKAGE_TEST_PACKAGES)
 package-test: deb dist-linux $(DEBUG_DIR)/build.ninja
-	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane_vst2_abi_tests quorlane_host_tests quorlane_daw_tests
+	cmake --build $(DEBUG_DIR) -j $(JOBS) --target quorlane_vst2_abi_tests quorlane_clap_host_tests quorlane_host_tests quorlane_daw_tests
 	tools/linux/package-test.sh $(RELEASE_DIR) $(DEBUG_DIR) dist
 
 # The plug-ins installed for the current user, and the renderer's demo in demo/.
@@ -191,7 +191,7 @@ $(WINDOWS_DIR)/build.ninja: | deps
 
 windows: DEBIAN_PACKAGES += $(WINDOWS_PACKAGES)
 windows: deps $(WINDOWS_DIR)/build.ninja
-	cmake --build $(WINDOWS_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_Standalone quorlane-render
+	cmake --build $(WINDOWS_DIR) -j $(JOBS) --target Quorlane_VST Quorlane_VST3 Quorlane_CLAP Quorlane_Standalone quorlane-render
 	tools/windows/pack.sh $(WINDOWS_DIR) dist
 
 # The test suites and the Windows checks, under Wine in a prefix of the

@@ -5,6 +5,8 @@
 #include "UserSettingsFolder.h"
 #include "XmlReading.h"
 
+#include <cmath>
+#include <limits>
 #include <mutex>
 
 namespace
@@ -163,6 +165,10 @@ void BasePlugin::setHostParameterValue (int index, float normalisedValue)
     }
 }
 
+// Hosts hand back what they showed: a display text with its units, which
+// only the product's own texts can read. The value is looked up through them:
+// the first value that shows the text given, or else the one whose leading
+// number comes nearest. A host asks on its GUI thread, and rarely.
 float BasePlugin::getHostParameterValueForText (int index, const juce::String& text) const
 {
     const auto* p = index >= 0 && index < hostParameterCount ? getPluginParameter ((uint32_t) index) : nullptr;
@@ -170,9 +176,30 @@ float BasePlugin::getHostParameterValueForText (int index, const juce::String& t
     if (p == nullptr)
         return juce::jlimit (0.0f, 1.0f, text.getFloatValue());
 
-    auto scratch = p->clone();
-    scratch->setText (text, ChangeOrigin::quiet);
-    return scratch->getNormalisedValue();
+    constexpr int searchSteps = 1000;
+    const auto wanted = text.trim();
+    const double wantedNumber = wanted.getDoubleValue();
+    float nearest = p->getNormalisedValue();
+    double nearestDistance = std::numeric_limits<double>::infinity();
+
+    for (int step = 0; step <= searchSteps; ++step)
+    {
+        const float value = (float) step / (float) searchSteps;
+        const auto shown = getParameterDisplayText (index, value);
+
+        if (shown.trim().equalsIgnoreCase (wanted))
+            return value;
+
+        const double distance = std::abs (shown.getDoubleValue() - wantedNumber);
+
+        if (distance < nearestDistance)
+        {
+            nearestDistance = distance;
+            nearest = value;
+        }
+    }
+
+    return nearest;
 }
 
 juce::String BasePlugin::getParameterDisplayText (int index, float normalisedValue) const

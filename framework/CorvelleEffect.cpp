@@ -178,13 +178,19 @@ void CorvelleEffect::prepareToPlay (double sampleRate, int maximumExpectedSample
     }
 }
 
+// Hosts call this on their audio thread too, so it never waits: when a block
+// or a prepare holds the lock, the request is handed over and the next piece
+// rendered starts from silence.
 void CorvelleEffect::reset()
 {
-    if (core != nullptr)
-    {
-        const juce::ScopedLock sl (processingLock);
+    if (core == nullptr)
+        return;
+
+    resetPending.store (true);
+    const juce::ScopedTryLock sl (processingLock);
+
+    if (sl.isLocked() && resetPending.exchange (false))
         core->reset();
-    }
 }
 
 void CorvelleEffect::releaseResources()
@@ -305,6 +311,9 @@ void CorvelleEffect::renderPending()
 
         if (sl.isLocked())
         {
+            if (resetPending.exchange (false))
+                core->reset();
+
             if (isStereo)
             {
                 float* channels[] = { leftPtr, rightPtr };

@@ -59,7 +59,8 @@ public:
     void releaseResources() override;
     void processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midiMessages) override;
     using AudioProcessor::processBlock;
-    // A stopped transport: the core forgets the signal, so playback starts from silence.
+    // A stopped transport: the core forgets the signal, so playback starts
+    // from silence. It never waits, so hosts may call it on the audio thread.
     void reset() override;
     bool isPrepared() const noexcept { return prepared.load() != 0; }
 
@@ -78,6 +79,7 @@ private:
     void synchroniseClocks();
 
     std::atomic<int> prepared { 0 };
+    std::atomic<bool> resetPending { false };
     bool isStereo = true;
     int pendingSamples = 0;
     int processedSamples = 0;

@@ -105,7 +105,7 @@ echo "Installed Quorlane$($system && echo " for every user" || echo " for $(id -
 echo "  LV2       $lv2/Quorlane.lv2   (URI urn:orlo:quorlane)"
 echo "  VST3      $vst3/Quorlane.vst3"
 echo "  VST 2.4   $vst2/Quorlane.so"
-[ -e "$clap/Quorlane.clap" ] && echo "  CLAP      $clap/Quorlane.clap"
+echo "  CLAP      $clap/Quorlane.clap"
 echo "  App       $bin/quorlane (and in the applications menu)"
 echo "  Renderer  $bin/quorlane-render (man quorlane-render)"
 case ":$PATH:" in

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace
@@ -13,7 +16,7 @@ namespace
     {
         explicit RecordingCore (std::vector<std::string>& l) : log (l) {}
 
-        void reset() override {}
+        void reset() override { log.push_back ("reset"); }
         void prepare (double, int) override {}
         void postParameter (uint32_t index, float value) noexcept override { parameters.emplace_back (index, value); }
         void postQuality (unsigned q) noexcept override { quality = (int) q; }
@@ -174,6 +177,40 @@ TEST (ProcessingFrame, ClockTicksSplitTheBlockWhileTheTransportRuns)
     // At 120 bpm a beat is 24000 samples; 0.01 beat (240 samples) before one,
     // the tick falls while advancing sample 239.
     EXPECT_EQ (process (fx, buffer), (Log { "stereo 239", "stereo 785" }));
+}
+
+// A host may reset on its audio thread while a prepare holds the processing
+// lock elsewhere: the call returns at once, and the core forgets the signal
+// before the next piece it renders.
+TEST (ProcessingFrame, ResetNeverWaitsAndTakesEffectBeforeTheNextRender)
+{
+    TestEffect fx;
+    fx.prepareToPlay (48000.0, 64);
+    fx.log.clear();
+    fx.reset();
+    EXPECT_EQ (fx.log, (Log { "reset" })) << "with the lock free, at once";
+
+    std::promise<void> held, release;
+    std::thread preparing ([&]
+    {
+        const juce::ScopedLock sl (fx.getProcessingLock());
+        held.set_value();
+        release.get_future().wait();
+    });
+    held.get_future().wait();
+
+    fx.log.clear();
+    auto resetting = std::async (std::launch::async, [&] { fx.reset(); });
+    const auto waited = resetting.wait_for (std::chrono::seconds (2)) == std::future_status::timeout;
+    EXPECT_TRUE (fx.log.empty()) << "not while the lock is held";
+    release.set_value();
+    preparing.join();
+    resetting.wait();
+    EXPECT_FALSE (waited) << "reset waited for the processing lock";
+
+    auto buffer = ramp (2, 64);
+    EXPECT_EQ (process (fx, buffer), (Log { "reset", "stereo 64" }));
+    EXPECT_EQ (process (fx, buffer), (Log { "stereo 64" })) << "once";
 }
 
 TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)

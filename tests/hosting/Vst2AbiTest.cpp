@@ -4,12 +4,12 @@
 
 #include "../support/EditorFollowWatch.h"
 #include "../support/Environment.h"
+#include "../support/HostProcess.h"
 #include "../support/HostileSamples.h"
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
+#include "../support/ScopedSettingsFile.h"
 #include "../support/Vst2Plugin.h"
-#include "../support/WindowManagerAtoms.h"
-#include "framework/UserSettingsFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -19,10 +19,8 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <mutex>
-#include <random>
 #include <regex>
 #include <set>
 #include <thread>
@@ -51,63 +49,6 @@ namespace
     constexpr int32_t fourCC (const char (&c)[5])
     {
         return c[0] << 24 | c[1] << 16 | c[2] << 8 | c[3];
-    }
-
-    // Where the plug-in reads its user settings in this process.
-    std::filesystem::path settingsFolder;
-
-    // The plug-in reads user settings when it starts (never the real user's)
-    // and looks up the window manager's atoms.
-    class HostProcess : public ::testing::Environment
-    {
-    public:
-        void SetUp() override
-        {
-            createWindowManagerAtoms();
-            settingsFolder = std::filesystem::temp_directory_path() / ("quorlane-vst2-" + std::to_string (std::random_device()()));
-            ASSERT_TRUE (std::filesystem::create_directory (settingsFolder));
-            setEnvironmentVariable (userSettingsFolderVariable, (const char*) settingsFolder.u8string().c_str());
-        }
-
-        void TearDown() override { std::filesystem::remove_all (settingsFolder); }
-    };
-
-    // User settings that new instances start with, for as long as it lives.
-    struct ScopedSettings
-    {
-        explicit ScopedSettings (const std::string& document)
-        {
-            std::filesystem::create_directories (file.parent_path());
-            std::ofstream (file) << document;
-        }
-
-        ~ScopedSettings() { std::filesystem::remove (file); }
-
-        const std::filesystem::path file = settingsFolder / "Quorlane" / "Quorlane.ini";
-    };
-
-    // The value a saved state keeps for a parameter in its current preset:
-    // the n-th Preset of the bank, n being the state's current preset.
-    double storedInCurrentPreset (const std::string& state, const std::string& parameter)
-    {
-        const auto presets = state.find ("<PresetsState");
-        const auto current = state.find ("currentPreset=\"", presets);
-
-        if (presets == std::string::npos || current == std::string::npos)
-            return -1.0;
-
-        auto at = state.find ("<PresetBank", presets);
-
-        for (int n = std::stoi (state.substr (current + 15)); at != std::string::npos && n >= 0; --n)
-            at = state.find ("<Preset ", at + 1);
-
-        const auto end = state.find ("</Preset>", at);
-        const auto param = state.find ("name=\"" + parameter + "\" value=\"", at);
-
-        if (at == std::string::npos || param == std::string::npos || param > end)
-            return -1.0;
-
-        return std::stod (state.substr (param + parameter.size() + 15));
     }
 
     [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
@@ -316,7 +257,7 @@ TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
 // value is stored into the current preset.
 TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
 {
-    const ScopedSettings settings ("<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+    const ScopedSettingsFile settings (HostProcess::settingsFolder(), "<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
     Vst2Plugin plugin;
     ASSERT_NE (plugin.effect, nullptr);
     NativeParentWindow parent;

@@ -5,14 +5,13 @@
 // wrapper's own locks (its callback lock, JUCE's parameter listener locks)
 // are told apart by where the wrapper takes them.
 
-#include "AudioThreadCounters.h"
+#include "AudioThreadExpectations.h"
 
 #include "../support/ScopedConfigHome.h"
 #include "../support/Vst2Plugin.h"
 
 #include <gtest/gtest.h>
 
-#include <thread>
 
 TEST (AudioThread, Vst2BuildNeverAllocatesTakesOurLocksOrPosts)
 {
@@ -78,15 +77,8 @@ TEST (AudioThread, Vst2BuildNeverAllocatesTakesOurLocksOrPosts)
         }
     };
 
-    // Ten seconds of blocks, on two threads one after the other.
-    const int blocks = 48000 * 10 / blockSize;
-    std::thread (play, 0, blocks / 2).join();
-    std::thread (play, blocks / 2, blocks).join();
-
-    const auto counts = AudioThreadCounters::read();
-    EXPECT_EQ (counts.heapCalls, 0);
-    EXPECT_EQ (counts.ownLocks, 0);
-    EXPECT_EQ (counts.lockWaits, 0);
-    EXPECT_EQ (counts.writes, 0);
+    // Ten seconds of blocks.
+    playOnTwoAudioThreads (48000 * 10 / blockSize, play);
+    expectNothingForbidden();
     plugin.stop();
 }

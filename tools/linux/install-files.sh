@@ -20,16 +20,14 @@ entry() {
     echo "$*"
 }
 
-# What goes where: mode, source, target and "optional" where the part may be
-# missing; a folder is installed whole. The CLAP plug-in goes in its folder
-# once the build makes one.
+# What goes where: mode, source, target; a folder is installed whole.
 files() {
     entry "755" "$artefacts/Standalone/Quorlane" "$BINDIR/quorlane"
     entry "755" "$build/bin/quorlane-render" "$BINDIR/quorlane-render"
     entry "644" "$artefacts/VST/Quorlane.so" "$VST2_DIR/Quorlane.so"
     entry "644" "$artefacts/VST3/Quorlane.vst3" "$VST3_DIR/Quorlane.vst3"
     entry "644" "$artefacts/LV2/Quorlane.lv2" "$LV2_DIR/Quorlane.lv2"
-    entry "644" "$artefacts/CLAP/Quorlane.clap" "$CLAP_DIR/Quorlane.clap" "optional"
+    entry "644" "$artefacts/CLAP/Quorlane.clap" "$CLAP_DIR/Quorlane.clap"
     entry "644" "$packaging/quorlane.1" "$MANDIR/man1/quorlane.1"
     entry "644" "$packaging/quorlane-render.1" "$MANDIR/man1/quorlane-render.1"
     entry "644" "$packaging/quorlane.desktop" "$DATADIR/applications/quorlane.desktop"
@@ -43,17 +41,15 @@ files() {
 
 case $action in
 install)
-    missing=$(files | while IFS=$'\t' read -r _ from _ optional; do [ -e "$from" ] || [ -n "$optional" ] || echo "  $from"; done)
+    missing=$(files | while IFS=$'\t' read -r _ from _; do [ -e "$from" ] || echo "  $from"; done)
     if [ -n "$missing" ]; then
         echo "Nothing installed: the release build is incomplete. Missing:" >&2
         echo "$missing" >&2
         echo "Build it first as yourself with \`make release\`, then install (\`sudo make install\`)." >&2
         exit 1
     fi
-    files | while IFS=$'\t' read -r mode from to _; do
-        if [ ! -e "$from" ]; then
-            continue
-        elif [ -d "$from" ]; then
+    files | while IFS=$'\t' read -r mode from to; do
+        if [ -d "$from" ]; then
             # A bundle is replaced whole, so that nothing of an older one stays.
             rm -rf "$root$to"
             (cd "$from" && find . -type d) | while IFS= read -r folder; do install -d -m 755 "$root$to/$folder"; done
@@ -64,7 +60,7 @@ install)
     done
     ;;
 uninstall)
-    files | while IFS=$'\t' read -r _ _ to _; do rm -rf "$root$to"; done
+    files | while IFS=$'\t' read -r _ _ to; do rm -rf "$root$to"; done
     rmdir "$root$DOCDIR" 2>/dev/null || true
     ;;
 *)

@@ -2,8 +2,8 @@
 # Tries every Linux install route as a user or packager would and checks that
 # hosts find what each one put in place:
 #   - `make install` / `make uninstall` into a staging folder;
-#   - the .deb: lintian, `apt-get install ./…deb`, lilv, the VST2 and VST3 test
-#     hosts, JUCE's LV2 host, the programs in /usr/bin, the manual page, and
+#   - the .deb: lintian, `apt-get install ./…deb`, lilv, the VST2, VST3 and
+#     CLAP test hosts, JUCE's LV2 host, the programs in /usr/bin, the manual page, and
 #     `apt-get purge`;
 #   - the tarball: which libraries its binaries need, install.sh for a user
 #     (a scratch home) and for the system (/usr/local), with the same hosts.
@@ -84,6 +84,7 @@ host_tests() {
 
 vst2_host() { host_tests quorlane_vst2_abi_tests '*' "QUORLANE_VST2_PLUGIN=$1"; }
 vst3_host() { host_tests quorlane_host_tests '*VST3*' "QUORLANE_VST3_PLUGIN=$1"; }
+clap_host() { host_tests quorlane_clap_host_tests '*' "QUORLANE_CLAP_PLUGIN=$1"; }
 lv2_host() { host_tests quorlane_host_tests '*LV2*' "QUORLANE_LV2_FOLDER=$1"; }
 
 # Ardour 7, headless, with no plug-in path set: each format where the route
@@ -134,6 +135,7 @@ expected_install() {
 755 $p/bin/quorlane
 755 $p/bin/quorlane-render
 644 $p/lib/lxvst/Quorlane.so
+644 $p/lib/clap/Quorlane.clap
 644 $p/lib/vst3/Quorlane.vst3/Contents/x86_64-linux/Quorlane.so
 644 $p/lib/lv2/Quorlane.lv2/libQuorlane.so
 644 $p/lib/lv2/Quorlane.lv2/dsp.ttl
@@ -242,12 +244,12 @@ allowed_library() {
 }
 
 tarball_binaries() {
-    find "$scratch/unpacked" -type f \( -name '*.so' -o -perm -u+x \) ! -name install.sh | sort
+    find "$scratch/unpacked" -type f \( -name '*.so' -o -name '*.clap' -o -perm -u+x \) ! -name install.sh | sort
 }
 
 tarball_needs_only_glibc_and_the_desktop() {
     local binary library bad=0
-    [ "$(tarball_binaries | wc -l)" -eq 5 ] || { echo "expected 5 binaries in the tarball:"; tarball_binaries; return 1; }
+    [ "$(tarball_binaries | wc -l)" -eq 6 ] || { echo "expected 6 binaries in the tarball:"; tarball_binaries; return 1; }
     while read -r binary; do
         for library in $(objdump -p "$binary" | awk '$1 == "NEEDED" { print $2 }'); do
             allowed_library "$library" || { echo "${binary#$scratch/unpacked/} needs $library"; bad=1; }
@@ -274,7 +276,7 @@ tarball_installs_for_a_user() {
     mkdir -p "$home"
     HOME=$home PATH=/usr/bin:/bin "$scratch/unpacked/install.sh"
     for file in .lv2/Quorlane.lv2/manifest.ttl .vst3/Quorlane.vst3/Contents/x86_64-linux/Quorlane.so .vst/Quorlane.so \
-                .local/bin/quorlane .local/bin/quorlane-render .local/share/man/man1/quorlane-render.1 \
+                .clap/Quorlane.clap .local/bin/quorlane .local/bin/quorlane-render .local/share/man/man1/quorlane-render.1 \
                 .local/share/applications/quorlane.desktop .local/share/icons/hicolor/48x48/apps/quorlane.png; do
         [ -f "$home/$file" ] || { echo "missing: ~/$file"; return 1; }
     done
@@ -289,7 +291,7 @@ tarball_uninstalls_for_a_user() {
 tarball_installs_for_the_system() {
     $sudo "$scratch/unpacked/install.sh" --system
     for file in lib/lv2/Quorlane.lv2/manifest.ttl lib/vst3/Quorlane.vst3/Contents/x86_64-linux/Quorlane.so lib/lxvst/Quorlane.so \
-                bin/quorlane bin/quorlane-render share/man/man1/quorlane-render.1 share/applications/quorlane.desktop; do
+                lib/clap/Quorlane.clap bin/quorlane bin/quorlane-render share/man/man1/quorlane-render.1 share/applications/quorlane.desktop; do
         [ -f "/usr/local/$file" ] || { echo "missing: /usr/local/$file"; return 1; }
     done
 }
@@ -310,7 +312,8 @@ if dpkg-query -W -f='${Status}' quorlane 2>/dev/null | grep -q "ok installed"; t
     echo "package-test: the quorlane package is installed on this machine; remove it first (apt-get remove quorlane)" >&2
     exit 1
 fi
-for existing in /usr/local/lib/lv2/Quorlane.lv2 /usr/local/lib/vst3/Quorlane.vst3 /usr/local/lib/lxvst/Quorlane.so /usr/local/bin/quorlane-render; do
+for existing in /usr/local/lib/lv2/Quorlane.lv2 /usr/local/lib/vst3/Quorlane.vst3 /usr/local/lib/lxvst/Quorlane.so /usr/local/lib/clap/Quorlane.clap \
+    /usr/local/bin/quorlane-render; do
     if [ -e "$existing" ]; then
         echo "package-test: $existing exists (Quorlane installed under /usr/local); remove it first (sudo make uninstall)" >&2
         exit 1
@@ -327,6 +330,7 @@ check "apt-get install ./$(basename "$deb")" deb_installs_with_apt
 check "lilv lists urn:orlo:quorlane from /usr/lib/lv2" lv2_listed
 check "VST2 test host loads /usr/lib/lxvst/Quorlane.so" vst2_host /usr/lib/lxvst/Quorlane.so
 check "VST3 test host loads /usr/lib/vst3/Quorlane.vst3" vst3_host /usr/lib/vst3/Quorlane.vst3
+check "CLAP test host loads /usr/lib/clap/Quorlane.clap" clap_host /usr/lib/clap/Quorlane.clap
 check "JUCE's LV2 host loads Quorlane from /usr/lib/lv2" lv2_host /usr/lib/lv2
 check "Ardour finds and plays the VST2, VST3 and LV2 in /usr/lib without a path of ours" ardour_finds_it /usr/lib
 check "/usr/bin/quorlane-render: --help and a short render" renders /usr/bin/quorlane-render
@@ -342,6 +346,7 @@ check "install.sh for a user installs into a scratch home" tarball_installs_for_
 check "lilv lists urn:orlo:quorlane from ~/.lv2" lv2_listed env LV2_PATH="$scratch/home/.lv2"
 check "VST2 test host loads ~/.vst/Quorlane.so" vst2_host "$scratch/home/.vst/Quorlane.so"
 check "VST3 test host loads ~/.vst3/Quorlane.vst3" vst3_host "$scratch/home/.vst3/Quorlane.vst3"
+check "CLAP test host loads ~/.clap/Quorlane.clap" clap_host "$scratch/home/.clap/Quorlane.clap"
 check "JUCE's LV2 host loads Quorlane from ~/.lv2" lv2_host "$scratch/home/.lv2"
 check "~/.local/bin/quorlane-render: --help and a short render" renders "$scratch/home/.local/bin/quorlane-render"
 check "install.sh --uninstall leaves no file in the home" tarball_uninstalls_for_a_user
@@ -349,6 +354,7 @@ check "install.sh --system installs under /usr/local" tarball_installs_for_the_s
 check "lilv lists urn:orlo:quorlane from /usr/local/lib/lv2" lv2_listed
 check "VST2 test host loads /usr/local/lib/lxvst/Quorlane.so" vst2_host /usr/local/lib/lxvst/Quorlane.so
 check "VST3 test host loads /usr/local/lib/vst3/Quorlane.vst3" vst3_host /usr/local/lib/vst3/Quorlane.vst3
+check "CLAP test host loads /usr/local/lib/clap/Quorlane.clap" clap_host /usr/local/lib/clap/Quorlane.clap
 check "Ardour finds and plays the VST2, VST3 and LV2 in /usr/local/lib without a path of ours" ardour_finds_it /usr/local/lib
 check "/usr/local/bin/quorlane starts" app_starts /usr/local/bin/quorlane
 check "install.sh --system --uninstall leaves none of its files" tarball_uninstalls_for_the_system

@@ -11,9 +11,10 @@ artefacts=$build/Quorlane_artefacts/Release
 staging=$build/package/$name
 
 rm -rf "$build/package"
-mkdir -p "$staging/VST2" "$staging/VST3" "$dist"
+mkdir -p "$staging/VST2" "$staging/VST3" "$staging/CLAP" "$dist"
 cp "$artefacts/VST/Quorlane.dll" "$staging/VST2/"
 cp -R "$artefacts/VST3/Quorlane.vst3" "$staging/VST3/"
+cp "$artefacts/CLAP/Quorlane.clap" "$staging/CLAP/"
 cp "$artefacts/Standalone/Quorlane.exe" "$build/bin/quorlane-render.exe" "$staging/"
 
 # Windows line endings, for Notepad.
@@ -31,6 +32,10 @@ VST2\\Quorlane.dll
 VST3\\Quorlane.vst3
     The VST3 plug-in (a folder). Copy the whole folder into
     C:\\Program Files\\Common Files\\VST3
+
+CLAP\\Quorlane.clap
+    The CLAP plug-in. Copy it into
+    C:\\Program Files\\Common Files\\CLAP
 
 Quorlane.exe
     The standalone application. Put it anywhere, for example in

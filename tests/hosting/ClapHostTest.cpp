@@ -1,0 +1,426 @@
+// Loads the CLAP build as a CLAP host does: dlopen or LoadLibrary, clap_entry,
+// the plug-in factory and its extensions. Instances are made and activated on
+// the test's main thread and processed on a thread of their own, as a host's
+// audio thread would.
+
+#include "../support/ClapPlugin.h"
+#include "../support/EditorFollowWatch.h"
+#include "../support/Environment.h"
+#include "../support/HostProcess.h"
+#include "../support/HostileSamples.h"
+#include "../support/NativeParentWindow.h"
+#include "../support/ParameterNames.h"
+#include "../support/ScopedSettingsFile.h"
+#include "../support/Vst2Plugin.h"
+
+#include <clap/ext/audio-ports.h>
+#include <clap/ext/gui.h>
+#include <clap/ext/latency.h>
+#include <clap/ext/note-ports.h>
+#include <clap/ext/timer-support.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace
+{
+    using namespace Clap;
+
+    // The build's own plug-in, or the installed copy named by
+    // QUORLANE_CLAP_PLUGIN: the package tests load what each install put in place.
+    const char* clapPath()
+    {
+        static const auto path = environmentVariable ("QUORLANE_CLAP_PLUGIN").empty() ? std::string (QUORLANE_CLAP_PATH)
+                                                                                      : environmentVariable ("QUORLANE_CLAP_PLUGIN");
+        return path.c_str();
+    }
+
+    const clap_plugin_factory_t* factory() { return Clap::factory (clapPath()); }
+
+    [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
+
+    std::string displayText (const Instance& instance, clap_id id, double v)
+    {
+        char display[256];
+        std::memset (display, 'X', sizeof (display));
+        return instance.params->value_to_text (instance.plugin, id, v, display, sizeof (display)) ? display : "(refused)";
+    }
+
+    std::vector<float> sine (size_t length, float frequency)
+    {
+        std::vector<float> samples (length);
+
+        for (size_t i = 0; i < length; ++i)
+            samples[i] = 0.25f * std::sin ((float) i * frequency);
+
+        return samples;
+    }
+
+    constexpr clap_id outputVolume = 19, fx = 18, lateSize = 6;
+
+   #if defined(_WIN32)
+    const char* const editorWindowApi = CLAP_WINDOW_API_WIN32;
+   #else
+    const char* const editorWindowApi = CLAP_WINDOW_API_X11;
+   #endif
+
+}
+
+class ClapHost : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_NE (factory(), nullptr) << SharedLibrary (clapPath()).error();
+        ASSERT_TRUE (instance.active);
+        ASSERT_NE (instance.params, nullptr);
+        ASSERT_NE (instance.state, nullptr);
+    }
+
+    Instance instance { clapPath() };
+};
+
+// What a host reads while it scans the module and loads the plug-in: one
+// descriptor, stereo ports, one MIDI input, the latency, and parameters that
+// read exactly as the VST2 build's.
+TEST_F (ClapHost, DescribesItselfAndItsParametersAsTheVst2BuildDoes)
+{
+    EXPECT_EQ (SharedLibrary (clapPath()).symbol ("createPluginFilter"), nullptr) << "clap_entry is the only export";
+    ASSERT_EQ (factory()->get_plugin_count (factory()), 1u);
+    const auto* descriptor = factory()->get_plugin_descriptor (factory(), 0);
+    EXPECT_STREQ (descriptor->id, "orlo.quorlane");
+    EXPECT_STREQ (descriptor->name, "Quorlane");
+    EXPECT_STREQ (descriptor->vendor, "Orlo Digital Audio Works");
+    EXPECT_STREQ (descriptor->version, "1.3.1");
+    std::vector<std::string> features;
+    for (auto* f = descriptor->features; *f != nullptr; ++f)
+        features.emplace_back (*f);
+    EXPECT_EQ (features, (std::vector<std::string> { "audio-effect", "reverb", "stereo" }));
+    EXPECT_EQ (factory()->create_plugin (factory(), &instance.host.host, "orlo.other"), nullptr);
+
+    const auto* plugin = instance.plugin;
+    const auto* ports = static_cast<const clap_plugin_audio_ports_t*> (plugin->get_extension (plugin, CLAP_EXT_AUDIO_PORTS));
+    ASSERT_NE (ports, nullptr);
+    for (bool isInput : { true, false })
+    {
+        clap_audio_port_info_t info {};
+        ASSERT_EQ (ports->count (plugin, isInput), 1u);
+        ASSERT_TRUE (ports->get (plugin, 0, isInput, &info));
+        EXPECT_EQ (info.channel_count, 2u);
+        EXPECT_STREQ (info.port_type, CLAP_PORT_STEREO);
+        EXPECT_NE (info.flags & CLAP_AUDIO_PORT_IS_MAIN, 0u);
+    }
+
+    const auto* notes = static_cast<const clap_plugin_note_ports_t*> (plugin->get_extension (plugin, CLAP_EXT_NOTE_PORTS));
+    ASSERT_NE (notes, nullptr);
+    clap_note_port_info_t noteInfo {};
+    EXPECT_EQ (notes->count (plugin, false), 0u);
+    ASSERT_EQ (notes->count (plugin, true), 1u);
+    ASSERT_TRUE (notes->get (plugin, 0, true, &noteInfo));
+    EXPECT_EQ (noteInfo.supported_dialects, (uint32_t) CLAP_NOTE_DIALECT_MIDI);
+
+    const auto* latency = static_cast<const clap_plugin_latency_t*> (plugin->get_extension (plugin, CLAP_EXT_LATENCY));
+    ASSERT_NE (latency, nullptr);
+    EXPECT_EQ (latency->get (plugin), 32u);
+
+    // Prepared for the same rate, which the Late Bass Cut text follows.
+    Vst2::Plugin vst2 (QUORLANE_VST2_PATH);
+    ASSERT_NE (vst2.effect, nullptr);
+    vst2.start (512);
+    ASSERT_EQ (instance.params->count (plugin), 20u);
+
+    for (clap_id i = 0; i < 20; ++i)
+    {
+        clap_param_info_t info {};
+        ASSERT_TRUE (instance.params->get_info (plugin, i, &info));
+        EXPECT_EQ (info.id, i);
+        EXPECT_STREQ (info.name, quorlaneParameterNames[i]);
+        EXPECT_EQ (info.name, vst2.text (Vst2::effGetParamName, (int32_t) i));
+        EXPECT_NE (info.flags & CLAP_PARAM_IS_AUTOMATABLE, 0u);
+        EXPECT_EQ (info.min_value, 0.0);
+        EXPECT_EQ (info.max_value, 1.0);
+        EXPECT_FLOAT_EQ ((float) instance.value (i), vst2.get ((int32_t) i)) << "both start from the same preset";
+
+        // Both set to the value first: some texts read the running engine.
+        for (float v : { 0.0f, 0.3f, 0.77f, 1.0f })
+        {
+            vst2.set ((int32_t) i, v);
+            InputEvents change;
+            change.add (0, i, v);
+            OutputEvents none;
+            instance.params->flush (plugin, &change.list, &none.list);
+            const auto text = displayText (instance, i, v);
+            EXPECT_EQ (text, vst2.text (Vst2::effGetParamDisplay, (int32_t) i)) << quorlaneParameterNames[i] << " at " << v;
+
+            double back = -1.0;
+            ASSERT_TRUE (instance.params->text_to_value (plugin, i, text.c_str(), &back));
+            EXPECT_EQ (displayText (instance, i, back), text) << "the text reads back as the value it shows";
+        }
+    }
+
+    vst2.stop();
+    clap_param_info_t info {};
+    EXPECT_FALSE (instance.params->get_info (plugin, 20, &info));
+    EXPECT_EQ (displayText (instance, 20, 0.5), "(refused)");
+}
+
+// The engine takes parameter changes between its 32-sample blocks and plays
+// them 32 samples later. A change at sample 100 belongs to the block that
+// starts at 96, so it is heard from sample 128 on: every sample before that
+// is what an instance without the change plays.
+TEST_F (ClapHost, ParameterChangeInsideTheBlockIsHeardFromTheNextBoundary)
+{
+    Instance reference { clapPath() };
+    ASSERT_TRUE (reference.active);
+    auto left = sine (512, 0.05f), right = sine (512, 0.07f);
+    auto referenceLeft = left, referenceRight = right;
+
+    InputEvents change, none;
+    change.add (100, outputVolume, 0.0);
+    OutputEvents out, referenceOut;
+    instance.process (left, right, change, out);
+    reference.process (referenceLeft, referenceRight, none, referenceOut);
+    ASSERT_EQ (instance.status, CLAP_PROCESS_CONTINUE);
+
+    for (size_t i = 0; i < 128; ++i)
+        ASSERT_EQ (left[i], referenceLeft[i]) << "sample " << i << " already changed";
+
+    double difference = 0.0;
+    for (size_t i = 128; i < 160; ++i)
+        difference += std::abs (left[i] - referenceLeft[i]) + std::abs (right[i] - referenceRight[i]);
+
+    EXPECT_GT (difference, 1e-3) << "the change is heard from the boundary on";
+    EXPECT_EQ (instance.value (outputVolume), 0.0);
+    EXPECT_TRUE (out.events.empty()) << "the host's own change is not echoed";
+}
+
+// A state saved and restored through streams that move a few bytes a call:
+// values set through a flush (no processing), and a controller mapping that
+// then moves its parameter from a MIDI event in a block, reported back to the
+// host as a change not to record. The VST2 build's chunk is the same state.
+TEST_F (ClapHost, StateControllerMapAndFlushAcrossInstancesAndFormats)
+{
+    InputEvents changes;
+    changes.add (0, 9, 0.125);
+    changes.add (0, 16, 0.75);
+    OutputEvents flushed;
+    instance.params->flush (instance.plugin, &changes.list, &flushed.list);
+    EXPECT_EQ (instance.value (9), 0.125);
+    EXPECT_EQ (instance.value (16), 0.75);
+
+    const auto saved = withControllerMap (instance.savedState(), "<assign param=\"FX\" CC=\"74\"/>");
+    ASSERT_FALSE (saved.empty());
+
+    Instance fresh { clapPath() };
+    ASSERT_TRUE (fresh.active);
+    EXPECT_NE (fresh.value (9), 0.125);
+    ASSERT_TRUE (fresh.loadState (saved));
+    EXPECT_EQ (fresh.value (9), 0.125);
+    EXPECT_EQ (fresh.value (16), 0.75);
+    EXPECT_TRUE (fresh.savedState() == saved) << "written back as it was read";
+    EXPECT_EQ (fresh.host.rescans.load(), 1) << "the host rereads the values";
+
+    std::vector<float> left (256), right (256);
+    InputEvents controller;
+    controller.addMidi (10, 0xB0, 74, 127);
+    OutputEvents reported;
+    fresh.process (left, right, controller, reported);
+    EXPECT_EQ (fresh.value (fx), 1.0);
+    ASSERT_EQ (reported.events.size(), 1u);
+    EXPECT_EQ (reported.events[0].type, CLAP_EVENT_PARAM_VALUE);
+    EXPECT_EQ (reported.events[0].param, fx);
+    EXPECT_EQ (reported.events[0].value, 1.0);
+    EXPECT_NE (reported.events[0].flags & CLAP_EVENT_DONT_RECORD, 0u);
+    EXPECT_EQ (fresh.host.flushRequests.load(), 0) << "nothing asked for a flush from the audio thread";
+
+    Vst2::Plugin vst2 (QUORLANE_VST2_PATH);
+    ASSERT_NE (vst2.effect, nullptr);
+    vst2.setChunk (fresh.savedState());
+    EXPECT_FLOAT_EQ (vst2.get (9), 0.125f);
+    EXPECT_FLOAT_EQ (vst2.get ((int32_t) fx), 1.0f);
+    EXPECT_NE (vst2.chunk().find ("<assign param=\"FX\" CC=\"74\"/>"), std::string::npos);
+}
+
+// NaN, infinities and huge values from upstream never reach the output,
+// and the reverb goes on sounding.
+TEST_F (ClapHost, OutputStaysFiniteThroughNonFiniteInput)
+{
+    float lastLevel = 0.0f;
+
+    for (int block = 0; block < 60; ++block)
+    {
+        auto left = sine (256, 0.03f), right = sine (256, 0.05f);
+
+        for (size_t i = 3; block < 30 && i < left.size(); i += 64)
+            (i % 128 == 3 ? left : right)[i] = hostileSamples[(size_t) block % std::size (hostileSamples)];
+
+        InputEvents none;
+        OutputEvents out;
+        instance.process (left, right, none, out);
+        lastLevel = 0.0f;
+
+        for (size_t i = 0; i < left.size(); ++i)
+        {
+            ASSERT_TRUE (std::isfinite (left[i]) && std::isfinite (right[i])) << "block " << block << " sample " << i;
+            lastLevel = std::max ({ lastLevel, std::abs (left[i]), std::abs (right[i]) });
+        }
+    }
+
+    EXPECT_GT (lastLevel, 0.01f);
+}
+
+// As a CLAP host with timers runs the plug-in: the editor made, embedded in a
+// window of the host's at the skin's size and drawn; automation of "Late
+// Size" played on an audio thread in real time is shown within 100 ms and,
+// with automatic storing on, stored into the current preset, while JUCE's
+// message loop runs only from the host's timer calls on its main thread. At
+// a host scale of 2 the editor is twice the size, and the host is asked for it.
+TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
+{
+    const ScopedSettingsFile settings (HostProcess::settingsFolder(),
+                                       "<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+
+    // Without the host's timers the loop has a thread of its own, which
+    // runs the host's gui calls.
+    {
+        Instance withoutTimers { clapPath() };
+        ASSERT_TRUE (withoutTimers.active);
+        const auto* plugin = withoutTimers.plugin;
+        const auto* gui = static_cast<const clap_plugin_gui_t*> (plugin->get_extension (plugin, CLAP_EXT_GUI));
+        ASSERT_NE (gui, nullptr);
+        ASSERT_TRUE (gui->create (plugin, editorWindowApi, false));
+        ASSERT_TRUE (gui->set_scale (plugin, 2.0));
+        uint32_t width = 0, height = 0;
+        ASSERT_TRUE (gui->get_size (plugin, &width, &height));
+        EXPECT_EQ (width, 1266u);
+        EXPECT_EQ (height, 414u);
+        gui->destroy (plugin);
+    }
+
+    Instance instance { clapPath(), true };
+    ASSERT_TRUE (instance.active);
+    const auto* plugin = instance.plugin;
+   #if defined(__linux__)
+    EXPECT_GT (instance.host.timerPeriod, 0u);
+    ASSERT_NE (instance.host.timerId, CLAP_INVALID_ID) << "the plug-in asks for the host's timer";
+   #endif
+
+    const auto* gui = static_cast<const clap_plugin_gui_t*> (plugin->get_extension (plugin, CLAP_EXT_GUI));
+    const auto* timers = static_cast<const clap_plugin_timer_support_t*> (plugin->get_extension (plugin, CLAP_EXT_TIMER_SUPPORT));
+    ASSERT_NE (gui, nullptr);
+    ASSERT_NE (timers, nullptr);
+
+    const char* api = nullptr;
+    bool isFloating = true;
+    ASSERT_TRUE (gui->get_preferred_api (plugin, &api, &isFloating));
+    EXPECT_STREQ (api, editorWindowApi);
+    EXPECT_FALSE (isFloating);
+    EXPECT_FALSE (gui->is_api_supported (plugin, api, true)) << "never floating";
+    EXPECT_FALSE (gui->is_api_supported (plugin, CLAP_WINDOW_API_COCOA, false));
+
+    NativeParentWindow parent;
+    ASSERT_NE (parent.handle(), nullptr) << "no window system";
+    ASSERT_TRUE (gui->create (plugin, api, false));
+    uint32_t width = 0, height = 0;
+    ASSERT_TRUE (gui->get_size (plugin, &width, &height));
+    EXPECT_EQ (width, 633u);
+    EXPECT_EQ (height, 207u);
+    EXPECT_FALSE (gui->can_resize (plugin));
+    EXPECT_FALSE (gui->set_size (plugin, 700, 300)) << "one size per scale and zoom";
+
+    clap_window_t window {};
+    window.api = api;
+    window.ptr = parent.handle();
+    ASSERT_TRUE (gui->set_parent (plugin, &window));
+    ASSERT_TRUE (gui->show (plugin));
+
+    // The host's timer calls, every 10 ms, on the test's (the host's main) thread.
+    const auto idle = [&]
+    {
+        parent.dispatchEvents();
+
+        if (instance.host.timerId != CLAP_INVALID_ID)
+            timers->on_timer (plugin, instance.host.timerId);
+
+        std::this_thread::sleep_for (std::chrono::milliseconds (10));
+    };
+
+    for (int i = 0; i < 30; ++i)
+        idle();
+
+   #if ! defined(_WIN32)
+    // Wine's screen read back never shows a child window's drawing.
+    const auto drawn = windowPixels (parent.handle(), 0, 0, (int) width, (int) height);
+    ASSERT_FALSE (drawn.empty());
+    EXPECT_GT (std::set<uint32_t> (drawn.begin(), drawn.end()).size(), 50u) << "the skin is drawn in the host's window";
+   #endif
+
+    EditorFollowWatch watch (parent.handle());
+    ASSERT_TRUE (watch.canSee());
+    std::vector<float> left (256), right (256);
+    InputEvents in;
+    OutputEvents out;
+    std::atomic<bool> automate { false };
+    instance.plugin->start_processing (plugin);
+    watch.followAutomation ([&]
+    {
+        std::fill (left.begin(), left.end(), 0.0f);
+        std::fill (right.begin(), right.end(), 0.0f);
+        in.clear();
+        out.events.clear();
+
+        if (automate.exchange (false))
+            in.add (17, lateSize, 0.9);
+
+        instance.processHere (left.data(), right.data(), 256, in, out);
+    },
+    [&] { automate = true; }, idle);
+    instance.plugin->stop_processing (plugin);
+
+    for (int i = 0; i < 10; ++i)
+        idle();
+
+    EXPECT_NEAR (storedInCurrentPreset (instance.savedState(), "Late Size"), 0.9, 1e-6);
+
+    // Without the host's timer calls the editor stands still.
+    const auto knobBefore = windowPixels (parent.handle(), 171, 59, 35, 35);
+    in.clear();
+    in.add (0, lateSize, 0.1);
+    instance.process (left, right, in, out);
+
+    for (int i = 0; i < 30; ++i)
+    {
+        parent.dispatchEvents();
+        std::this_thread::sleep_for (std::chrono::milliseconds (10));
+    }
+
+   #if ! defined(_WIN32)
+    EXPECT_EQ (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 0);
+
+    for (int i = 0; i < 30; ++i)
+        idle();
+
+    EXPECT_GT (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 20) << "the timer calls bring it up to date";
+   #endif
+
+    EXPECT_TRUE (gui->set_scale (plugin, 2.0));
+    ASSERT_TRUE (gui->get_size (plugin, &width, &height));
+    EXPECT_EQ (width, 1266u);
+    EXPECT_EQ (height, 414u);
+    EXPECT_GE (instance.host.resizeRequests.load(), 1);
+    EXPECT_EQ (instance.host.requestedWidth, 1266u);
+    EXPECT_EQ (instance.host.requestedHeight, 414u);
+    EXPECT_FALSE (gui->set_scale (plugin, 0.0));
+
+    gui->destroy (plugin);
+}
