@@ -8,7 +8,7 @@
 // ours is taken or waited on is counted where the wrapper is ours or absent
 // (the VST2 build and the plug-in in process).
 
-#include "AudioThreadCounters.h"
+#include "AudioThreadExpectations.h"
 
 #include "../support/HostedFormats.h"
 #include "../support/ParameterNames.h"
@@ -107,13 +107,11 @@ TEST_P (HostedAudioThread, NeverAllocatesOrPosts)
         }
     };
 
-    // Three seconds in real time, on two threads one after the other (hosts
-    // change threads when their engine restarts).
+    // Three seconds in real time.
     const int blocks = 3 * 48000 / blockSize;
     std::thread audioThread ([&]
     {
-        std::thread (play, 0, blocks / 2).join();
-        std::thread (play, blocks / 2, blocks).join();
+        playOnTwoAudioThreads (blocks, play);
         finished = true;
     });
 
