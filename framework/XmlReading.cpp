@@ -192,11 +192,11 @@ bool hasOnlyPlainMarkup (const juce::String& text)
     }
 }
 
+// Searched as plain text, comments and CDATA included, for the same reason as
+// the markup above; our documents never hold a bare '&' anywhere.
 bool hasOnlyWellFormedReferences (const juce::String& text)
 {
-    auto p = text.getCharPointer();
-
-    for (;;)
+    for (auto p = text.getCharPointer();;)
     {
         const auto c = p.getAndAdvance();
 
@@ -204,13 +204,6 @@ bool hasOnlyWellFormedReferences (const juce::String& text)
             return true;
 
         if (c == '&' && ! readsWellFormedReference (p))
-            return false;
-
-        // Comments and CDATA sections may hold a bare '&'.
-        if (c == '<' && p.compareUpTo (juce::CharPointer_ASCII ("!--"), 3) == 0 && ! skipPast (p, "-->"))
-            return false;
-
-        if (c == '<' && p.compareUpTo (juce::CharPointer_ASCII ("![CDATA["), 8) == 0 && ! skipPast (p, "]]>"))
             return false;
     }
 }

@@ -16,9 +16,9 @@
 // anywhere but at the very start: where text follows one, JUCE's parser loops
 // for ever. Both are searched as plain text (hasOnlyPlainMarkup), since "<?"
 // or "<!" never occur in our documents outside comments and CDATA.
-// Every '&' outside comments and CDATA must begin a well-formed entity or
-// character reference: JUCE's parser reads an unknown entity whose name holds
-// markup as markup, and reads past the end of it.
+// Every '&' must begin a well-formed entity or character reference: JUCE's
+// parser reads an unknown entity whose name holds markup as markup, and reads
+// past the end of it.
 // Bytes from outside must be valid UTF-8 (a byte-order mark is allowed):
 // JUCE's strings trust the encoding and walk past the end of malformed
 // sequences. Files far larger than any of ours are refused too. Returns
