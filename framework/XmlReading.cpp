@@ -72,7 +72,7 @@ namespace
     }
 
     // With p just past a '&': "name;", "#digits;" or "#xhexdigits;" for a
-    // character XML allows. Moves p past what it read.
+    // character. Moves p past what it read.
     bool readsWellFormedReference (CharPointer& p)
     {
         if (*p != '#')
@@ -102,7 +102,50 @@ namespace
                 return false;
         }
 
-        return digits > 0 && code > 0 && code <= 0x10ffff && *p == ';';
+        // JUCE's writer spells control characters this way too; a surrogate
+        // stands for no character.
+        const bool isCharacter = code > 0 && code <= 0x10ffff && ! (code >= 0xd800 && code <= 0xdfff);
+        return digits > 0 && isCharacter && *p == ';';
+    }
+
+    // UTF-8 as the standard has it: no overlong forms, no surrogates, nothing
+    // past U+10FFFF. JUCE's own check lets overlong forms through, which its
+    // strings then measure and copy differently.
+    bool isStrictUtf8 (const char* text, size_t numBytes)
+    {
+        const auto* bytes = reinterpret_cast<const unsigned char*> (text);
+
+        for (size_t i = 0; i < numBytes;)
+        {
+            const auto lead = bytes[i];
+            int length = 0;
+            unsigned char low = 0x80, high = 0xbf;
+
+            if (lead < 0x80)                    length = 1;
+            else if (lead >= 0xc2 && lead <= 0xdf) length = 2;
+            else if (lead == 0xe0)               { length = 3; low = 0xa0; }
+            else if (lead == 0xed)               { length = 3; high = 0x9f; }
+            else if (lead >= 0xe1 && lead <= 0xef) length = 3;
+            else if (lead == 0xf0)               { length = 4; low = 0x90; }
+            else if (lead == 0xf4)               { length = 4; high = 0x8f; }
+            else if (lead >= 0xf1 && lead <= 0xf3) length = 4;
+            else                                 return false;
+
+            if (numBytes - i < (size_t) length)
+                return false;
+
+            for (int k = 1; k < length; ++k)
+            {
+                const auto next = bytes[i + (size_t) k];
+
+                if (next < (k == 1 ? low : 0x80) || next > (k == 1 ? high : 0xbf))
+                    return false;
+            }
+
+            i += (size_t) length;
+        }
+
+        return true;
     }
 }
 
@@ -232,7 +275,7 @@ std::unique_ptr<juce::XmlElement> parseXmlUtf8 (const void* data, size_t numByte
     // The text ends at a zero byte, as the chunk's framing ends it.
     numBytes = strnlen (text, numBytes);
 
-    if (! juce::CharPointer_UTF8::isValidString (text, (int) numBytes))
+    if (! isStrictUtf8 (text, numBytes))
         return nullptr;
 
     return parseXmlText (juce::String::fromUTF8 (text, (int) numBytes));

@@ -19,10 +19,11 @@
 // Every '&' must begin a well-formed entity or character reference: JUCE's
 // parser reads an unknown entity whose name holds markup as markup, and reads
 // past the end of it.
-// Bytes from outside must be valid UTF-8 (a byte-order mark is allowed):
-// JUCE's strings trust the encoding and walk past the end of malformed
-// sequences. Files far larger than any of ours are refused too. Returns
-// nullptr for anything that fails.
+// Bytes from outside must be strictly valid UTF-8 (a byte-order mark is
+// allowed): JUCE's strings trust the encoding and walk past the end of
+// malformed sequences, and JUCE's own check lets overlong forms through.
+// Files far larger than any of ours are refused too. Returns nullptr for
+// anything that fails.
 inline constexpr int maxXmlNestingDepth = 256;
 inline constexpr juce::int64 maxXmlFileSize = 16 * 1024 * 1024;
 

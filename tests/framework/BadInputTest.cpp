@@ -146,7 +146,8 @@ TEST (BadInput, MissingUnreadableOrOddSettingsLeaveTheDefaults)
         EXPECT_EQ (plugin.getDefaultQuality(), 0) << "no settings file yet";
     }
 
-    auto files = corpusFiles ("settings", "refused");
+    const auto refused = corpusFiles ("settings", "refused");
+    auto files = refused;
     files.addArray (corpusFiles ("settings", "tolerated"));
 
     for (const auto& file : files)
@@ -158,5 +159,10 @@ TEST (BadInput, MissingUnreadableOrOddSettingsLeaveTheDefaults)
         EXPECT_EQ (plugin.getDefaultQuality(), 0) << file.getFileName();
         EXPECT_EQ (plugin.getCurrentQualityStep(), 0) << file.getFileName();
         EXPECT_EQ (plugin.getMidiControl().getMappedCount(), 0) << file.getFileName();
+
+        if (refused.contains (file))
+        {
+            EXPECT_EQ (plugin.getDefaultMidiMapFile().getFullPathName(), "") << file.getFileName();
+        }
     }
 }
