@@ -94,12 +94,18 @@ namespace
         juce::int64 code = 0;
         int digits = 0;
 
-        for (; hex ? juce::CharacterFunctions::getHexDigitValue (*p) >= 0 : juce::CharacterFunctions::isDigit (*p); ++p)
+        for (;; ++p)
         {
-            code = code * (hex ? 16 : 10) + (hex ? juce::CharacterFunctions::getHexDigitValue (*p) : (int) (*p - '0'));
+            const int digit = hex ? juce::CharacterFunctions::getHexDigitValue (*p)
+                                  : (juce::CharacterFunctions::isDigit (*p) ? (int) (*p - '0') : -1);
+
+            if (digit < 0)
+                break;
 
             if (++digits > 8)
                 return false;
+
+            code = code * (hex ? 16 : 10) + digit;
         }
 
         // JUCE's writer spells control characters this way too; a surrogate
