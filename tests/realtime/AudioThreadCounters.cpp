@@ -1,6 +1,8 @@
 #include "AudioThreadCounters.h"
+#include "LockTakers.h"
 
 #include <dlfcn.h>
+#include <execinfo.h>
 #include <pthread.h>
 #include <unistd.h>
 
@@ -117,7 +119,13 @@ int posix_memalign (void** result, size_t alignment, size_t size)
 }
 #endif
 
-AudioThreadCounters::Watch::Watch() { watched = true; }
+AudioThreadCounters::Watch::Watch()
+{
+    // The first stack walk loads the unwinder, which allocates.
+    void* frames[2];
+    backtrace (frames, 2);
+    watched = true;
+}
 AudioThreadCounters::Watch::~Watch() { watched = false; }
 void AudioThreadCounters::exemptFirstLockOf (const std::function<void()>& action)
 {
@@ -183,6 +191,9 @@ extern "C" int pthread_mutex_lock (pthread_mutex_t* mutex)
     if (watched)
     {
         ++locks;
+        watched = false;
+        LockTakers::note();
+        watched = true;
 
         if (! isExempt (mutex))
             ++ownLocks;

@@ -3,12 +3,12 @@
 // program changes played on an audio thread of their own in real time while
 // the host's message loop and the wrapper's own message thread run. Nothing
 // on the audio thread, on either side of the format, may touch the heap or
-// post. The wrappers take JUCE's own locks there (parameter listeners, which
-// the message thread shares, and the message-thread check); that none of
-// ours is taken or waited on is counted where the wrapper is ours or absent
-// (the VST2 build and the plug-in in process).
+// post, and no lock may be taken by our code. The wrappers take JUCE's own
+// locks there (the callback lock, parameter listeners, which the message
+// thread shares, and the message-thread check): those are named and left.
 
 #include "AudioThreadExpectations.h"
+#include "LockTakers.h"
 
 #include "../support/HostedFormats.h"
 #include "../support/ParameterNames.h"
@@ -122,8 +122,12 @@ TEST_P (HostedAudioThread, NeverAllocatesOrPosts)
     const auto counts = AudioThreadCounters::read();
     EXPECT_EQ (counts.heapCalls, 0);
     EXPECT_EQ (counts.writes, 0);
+    EXPECT_EQ (LockTakers::ours(), std::vector<std::string>());
     std::cout << GetParam().name << " audio threads: " << counts.heapCalls << " heap calls, " << counts.locks << " locks ("
-              << counts.lockWaits << " waited), " << counts.writes << " writes\n";
+              << counts.lockWaits << " waited), " << counts.writes << " writes; locks taken by:\n";
+
+    for (const auto& taker : LockTakers::all())
+        std::cout << "  " << taker << "\n";
 
     editor.reset();
     runMessageLoop();
