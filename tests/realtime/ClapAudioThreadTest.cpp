@@ -5,7 +5,7 @@
 // lock of ours, wait on a lock or post. JUCE's parameter listener locks,
 // which a controller's move takes, are told apart by where they are taken.
 
-#include "AudioThreadExpectations.h"
+#include "AudioThreadCounters.h"
 
 #include "../support/ClapPlugin.h"
 #include "../support/ParameterNames.h"

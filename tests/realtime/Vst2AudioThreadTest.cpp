@@ -5,7 +5,7 @@
 // wrapper's own locks (its callback lock, JUCE's parameter listener locks)
 // are told apart by where the wrapper takes them.
 
-#include "AudioThreadExpectations.h"
+#include "AudioThreadCounters.h"
 
 #include "../support/ScopedConfigHome.h"
 #include "../support/Vst2Plugin.h"
