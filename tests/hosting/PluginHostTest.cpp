@@ -53,7 +53,7 @@ namespace
     };
 }
 
-TEST_P (HostedPlugin, ShowsTheTwentyParametersAndItsLatency)
+TEST_P (HostedPlugin, ShowsTheTwentyParameters)
 {
     auto plugin = instantiate();
     ASSERT_NE (plugin, nullptr) << GetParam().identifier;
@@ -75,8 +75,6 @@ TEST_P (HostedPlugin, ShowsTheTwentyParametersAndItsLatency)
         const auto name = p->getName (64);
         EXPECT_TRUE (ours.contains (name) || name == "Bypass" || name.startsWith ("MIDI CC")) << name;
     }
-
-    EXPECT_EQ (plugin->getLatencySamples(), 32) << "what StateRoundTripsIntoAFreshInstance plays dry";
 }
 
 // NaN, infinities, the largest float and subnormals from a broken upstream
@@ -200,6 +198,7 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     const auto dry = processOneBlock (*restored, {}, 0.5f, -0.5f);
     EXPECT_NEAR (dry.getSample (0, 32), 0.5f, 1e-6f);
     EXPECT_NEAR (dry.getSample (1, 32), -0.5f, 1e-6f);
+    EXPECT_EQ (restored->getLatencySamples(), 32);
 }
 
 // As a DAW runs a plug-in: the instance made on a host thread, the skinned
