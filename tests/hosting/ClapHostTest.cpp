@@ -1,69 +1,57 @@
 // Loads the CLAP build as a CLAP host does: dlopen or LoadLibrary, clap_entry,
 // the plug-in factory and its extensions. Instances are made and activated on
 // the test's main thread and processed on a thread of their own, as a host's
-// audio thread would.
+// audio thread would. What every format shares (non-finite input, the state
+// in a DAW) is checked through JUCE's hosting and in Ardour; here, what the
+// CLAP build does its own way.
 
 #include "../support/ClapPlugin.h"
 #include "../support/EditorFollowWatch.h"
 #include "../support/Environment.h"
 #include "../support/HostProcess.h"
-#include "../support/HostileSamples.h"
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
 #include "../support/ScopedSettingsFile.h"
 #include "../support/Vst2Plugin.h"
 
 #include <clap/ext/audio-ports.h>
-#include <clap/ext/gui.h>
 #include <clap/ext/latency.h>
 #include <clap/ext/note-ports.h>
-#include <clap/ext/timer-support.h>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <cstring>
-#include <functional>
 #include <set>
-#include <string>
 #include <thread>
-#include <vector>
 
 namespace
 {
     using namespace Clap;
 
-    // The build's own plug-in, or the installed copy named by
-    // QUORLANE_CLAP_PLUGIN: the package tests load what each install put in place.
+    // The build's own plug-in, or the installed copy named by QUORLANE_CLAP_PLUGIN.
     const char* clapPath()
     {
-        static const auto path = environmentVariable ("QUORLANE_CLAP_PLUGIN").empty() ? std::string (QUORLANE_CLAP_PATH)
-                                                                                      : environmentVariable ("QUORLANE_CLAP_PLUGIN");
-        return path.c_str();
+        static const auto installed = environmentVariable ("QUORLANE_CLAP_PLUGIN");
+        return installed.empty() ? QUORLANE_CLAP_PATH : installed.c_str();
     }
 
     const clap_plugin_factory_t* factory() { return Clap::factory (clapPath()); }
 
     [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
 
+    template <typename Extension>
+    const Extension* extension (const clap_plugin_t* plugin, const char* id)
+    {
+        return static_cast<const Extension*> (plugin->get_extension (plugin, id));
+    }
+
     std::string displayText (const Instance& instance, clap_id id, double v)
     {
         char display[256];
         std::memset (display, 'X', sizeof (display));
         return instance.params->value_to_text (instance.plugin, id, v, display, sizeof (display)) ? display : "(refused)";
-    }
-
-    std::vector<float> sine (size_t length, float frequency)
-    {
-        std::vector<float> samples (length);
-
-        for (size_t i = 0; i < length; ++i)
-            samples[i] = 0.25f * std::sin ((float) i * frequency);
-
-        return samples;
     }
 
     constexpr clap_id outputVolume = 19, fx = 18, lateSize = 6;
@@ -73,7 +61,6 @@ namespace
    #else
     const char* const editorWindowApi = CLAP_WINDOW_API_X11;
    #endif
-
 }
 
 class ClapHost : public ::testing::Test
@@ -100,7 +87,6 @@ TEST_F (ClapHost, DescribesItselfAndItsParametersAsTheVst2BuildDoes)
     const auto* descriptor = factory()->get_plugin_descriptor (factory(), 0);
     EXPECT_STREQ (descriptor->id, "orlo.quorlane");
     EXPECT_STREQ (descriptor->name, "Quorlane");
-    EXPECT_STREQ (descriptor->vendor, "Orlo Digital Audio Works");
     EXPECT_STREQ (descriptor->version, "1.3.1");
     std::vector<std::string> features;
     for (auto* f = descriptor->features; *f != nullptr; ++f)
@@ -109,7 +95,7 @@ TEST_F (ClapHost, DescribesItselfAndItsParametersAsTheVst2BuildDoes)
     EXPECT_EQ (factory()->create_plugin (factory(), &instance.host.host, "orlo.other"), nullptr);
 
     const auto* plugin = instance.plugin;
-    const auto* ports = static_cast<const clap_plugin_audio_ports_t*> (plugin->get_extension (plugin, CLAP_EXT_AUDIO_PORTS));
+    const auto* ports = extension<clap_plugin_audio_ports_t> (plugin, CLAP_EXT_AUDIO_PORTS);
     ASSERT_NE (ports, nullptr);
     for (bool isInput : { true, false })
     {
@@ -121,28 +107,33 @@ TEST_F (ClapHost, DescribesItselfAndItsParametersAsTheVst2BuildDoes)
         EXPECT_NE (info.flags & CLAP_AUDIO_PORT_IS_MAIN, 0u);
     }
 
-    const auto* notes = static_cast<const clap_plugin_note_ports_t*> (plugin->get_extension (plugin, CLAP_EXT_NOTE_PORTS));
+    const auto* notes = extension<clap_plugin_note_ports_t> (plugin, CLAP_EXT_NOTE_PORTS);
     ASSERT_NE (notes, nullptr);
     clap_note_port_info_t noteInfo {};
     EXPECT_EQ (notes->count (plugin, false), 0u);
     ASSERT_EQ (notes->count (plugin, true), 1u);
     ASSERT_TRUE (notes->get (plugin, 0, true, &noteInfo));
     EXPECT_EQ (noteInfo.supported_dialects, (uint32_t) CLAP_NOTE_DIALECT_MIDI);
-
-    const auto* latency = static_cast<const clap_plugin_latency_t*> (plugin->get_extension (plugin, CLAP_EXT_LATENCY));
-    ASSERT_NE (latency, nullptr);
-    EXPECT_EQ (latency->get (plugin), 32u);
+    EXPECT_EQ (extension<clap_plugin_latency_t> (plugin, CLAP_EXT_LATENCY)->get (plugin), 32u);
 
     // Prepared for the same rate, which the Late Bass Cut text follows.
     Vst2::Plugin vst2 (QUORLANE_VST2_PATH);
     ASSERT_NE (vst2.effect, nullptr);
     vst2.start (512);
+    EXPECT_EQ (descriptor->vendor, vst2.text (Vst2::effGetVendorString));
     ASSERT_EQ (instance.params->count (plugin), 20u);
 
-    for (clap_id i = 0; i < 20; ++i)
+    for (clap_id i = 0; i < 21; ++i)
     {
         clap_param_info_t info {};
-        ASSERT_TRUE (instance.params->get_info (plugin, i, &info));
+        ASSERT_EQ (instance.params->get_info (plugin, i, &info), i < 20);
+
+        if (i == 20)
+        {
+            EXPECT_EQ (displayText (instance, 20, 0.5), "(refused)");
+            break;
+        }
+
         EXPECT_EQ (info.id, i);
         EXPECT_STREQ (info.name, quorlaneParameterNames[i]);
         EXPECT_EQ (info.name, vst2.text (Vst2::effGetParamName, (int32_t) i));
@@ -169,22 +160,20 @@ TEST_F (ClapHost, DescribesItselfAndItsParametersAsTheVst2BuildDoes)
     }
 
     vst2.stop();
-    clap_param_info_t info {};
-    EXPECT_FALSE (instance.params->get_info (plugin, 20, &info));
-    EXPECT_EQ (displayText (instance, 20, 0.5), "(refused)");
 }
 
 // The engine takes parameter changes between its 32-sample blocks and plays
-// them 32 samples later. A change at sample 100 belongs to the block that
-// starts at 96, so it is heard from sample 128 on: every sample before that
-// is what an instance without the change plays.
+// them 32 samples later: a change at sample 100 is heard from sample 128 on.
 TEST_F (ClapHost, ParameterChangeInsideTheBlockIsHeardFromTheNextBoundary)
 {
     Instance reference { clapPath() };
     ASSERT_TRUE (reference.active);
-    auto left = sine (512, 0.05f), right = sine (512, 0.07f);
-    auto referenceLeft = left, referenceRight = right;
+    std::vector<float> left (512), right (512);
 
+    for (size_t i = 0; i < left.size(); ++i)
+        left[i] = 0.25f * std::sin ((float) i * 0.05f), right[i] = 0.25f * std::sin ((float) i * 0.07f);
+
+    auto referenceLeft = left, referenceRight = right;
     InputEvents change, none;
     change.add (100, outputVolume, 0.0);
     OutputEvents out, referenceOut;
@@ -207,7 +196,8 @@ TEST_F (ClapHost, ParameterChangeInsideTheBlockIsHeardFromTheNextBoundary)
 // A state saved and restored through streams that move a few bytes a call:
 // values set through a flush (no processing), and a controller mapping that
 // then moves its parameter from a MIDI event in a block, reported back to the
-// host as a change not to record. The VST2 build's chunk is the same state.
+// host as a change not to record. The VST2 build reads the same state and
+// carries it whole to another VST2 instance.
 TEST_F (ClapHost, StateControllerMapAndFlushAcrossInstancesAndFormats)
 {
     InputEvents changes;
@@ -243,40 +233,15 @@ TEST_F (ClapHost, StateControllerMapAndFlushAcrossInstancesAndFormats)
     EXPECT_NE (reported.events[0].flags & CLAP_EVENT_DONT_RECORD, 0u);
     EXPECT_EQ (fresh.host.flushRequests.load(), 0) << "nothing asked for a flush from the audio thread";
 
-    Vst2::Plugin vst2 (QUORLANE_VST2_PATH);
+    Vst2::Plugin vst2 (QUORLANE_VST2_PATH), other (QUORLANE_VST2_PATH);
     ASSERT_NE (vst2.effect, nullptr);
     vst2.setChunk (fresh.savedState());
     EXPECT_FLOAT_EQ (vst2.get (9), 0.125f);
     EXPECT_FLOAT_EQ (vst2.get ((int32_t) fx), 1.0f);
     EXPECT_NE (vst2.chunk().find ("<assign param=\"FX\" CC=\"74\"/>"), std::string::npos);
-}
-
-// NaN, infinities and huge values from upstream never reach the output,
-// and the reverb goes on sounding.
-TEST_F (ClapHost, OutputStaysFiniteThroughNonFiniteInput)
-{
-    float lastLevel = 0.0f;
-
-    for (int block = 0; block < 60; ++block)
-    {
-        auto left = sine (256, 0.03f), right = sine (256, 0.05f);
-
-        for (size_t i = 3; block < 30 && i < left.size(); i += 64)
-            (i % 128 == 3 ? left : right)[i] = hostileSamples[(size_t) block % std::size (hostileSamples)];
-
-        InputEvents none;
-        OutputEvents out;
-        instance.process (left, right, none, out);
-        lastLevel = 0.0f;
-
-        for (size_t i = 0; i < left.size(); ++i)
-        {
-            ASSERT_TRUE (std::isfinite (left[i]) && std::isfinite (right[i])) << "block " << block << " sample " << i;
-            lastLevel = std::max ({ lastLevel, std::abs (left[i]), std::abs (right[i]) });
-        }
-    }
-
-    EXPECT_GT (lastLevel, 0.01f);
+    EXPECT_FALSE (other.chunk() == vst2.chunk());
+    other.setChunk (vst2.chunk());
+    EXPECT_TRUE (other.chunk() == vst2.chunk()) << "the VST2 chunk carries it all to another VST2 instance";
 }
 
 // As a CLAP host with timers runs the plug-in: the editor made, embedded in a
@@ -289,22 +254,21 @@ TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
 {
     const ScopedSettingsFile settings (HostProcess::settingsFolder(),
                                        "<UserSettings application=\"Quorlane\"><PresetSettings storing=\"automatic\"/></UserSettings>");
+    uint32_t width = 0, height = 0;
 
     // Without the host's timers the loop has a thread of its own, which
     // runs the host's gui calls.
     {
         Instance withoutTimers { clapPath() };
         ASSERT_TRUE (withoutTimers.active);
-        const auto* plugin = withoutTimers.plugin;
-        const auto* gui = static_cast<const clap_plugin_gui_t*> (plugin->get_extension (plugin, CLAP_EXT_GUI));
+        const auto* gui = extension<clap_plugin_gui_t> (withoutTimers.plugin, CLAP_EXT_GUI);
         ASSERT_NE (gui, nullptr);
-        ASSERT_TRUE (gui->create (plugin, editorWindowApi, false));
-        ASSERT_TRUE (gui->set_scale (plugin, 2.0));
-        uint32_t width = 0, height = 0;
-        ASSERT_TRUE (gui->get_size (plugin, &width, &height));
+        ASSERT_TRUE (gui->create (withoutTimers.plugin, editorWindowApi, false));
+        ASSERT_TRUE (gui->set_scale (withoutTimers.plugin, 2.0));
+        ASSERT_TRUE (gui->get_size (withoutTimers.plugin, &width, &height));
         EXPECT_EQ (width, 1266u);
         EXPECT_EQ (height, 414u);
-        gui->destroy (plugin);
+        gui->destroy (withoutTimers.plugin);
     }
 
     Instance instance { clapPath(), true };
@@ -315,8 +279,8 @@ TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
     ASSERT_NE (instance.host.timerId, CLAP_INVALID_ID) << "the plug-in asks for the host's timer";
    #endif
 
-    const auto* gui = static_cast<const clap_plugin_gui_t*> (plugin->get_extension (plugin, CLAP_EXT_GUI));
-    const auto* timers = static_cast<const clap_plugin_timer_support_t*> (plugin->get_extension (plugin, CLAP_EXT_TIMER_SUPPORT));
+    const auto* gui = extension<clap_plugin_gui_t> (plugin, CLAP_EXT_GUI);
+    const auto* timers = extension<clap_plugin_timer_support_t> (plugin, CLAP_EXT_TIMER_SUPPORT);
     ASSERT_NE (gui, nullptr);
     ASSERT_NE (timers, nullptr);
 
@@ -331,37 +295,33 @@ TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
     NativeParentWindow parent;
     ASSERT_NE (parent.handle(), nullptr) << "no window system";
     ASSERT_TRUE (gui->create (plugin, api, false));
-    uint32_t width = 0, height = 0;
     ASSERT_TRUE (gui->get_size (plugin, &width, &height));
     EXPECT_EQ (width, 633u);
     EXPECT_EQ (height, 207u);
     EXPECT_FALSE (gui->can_resize (plugin));
     EXPECT_FALSE (gui->set_size (plugin, 700, 300)) << "one size per scale and zoom";
 
-    clap_window_t window {};
-    window.api = api;
-    window.ptr = parent.handle();
+    const clap_window_t window { api, { parent.handle() } };
     ASSERT_TRUE (gui->set_parent (plugin, &window));
     ASSERT_TRUE (gui->show (plugin));
 
-    // The host's timer calls, every 10 ms, on the test's (the host's main) thread.
-    const auto idle = [&]
+    // The host's event loop every 10 ms, with or without its timer calls, on
+    // the test's (the host's main) thread.
+    const auto idle = [&] (bool withTimers = true)
     {
         parent.dispatchEvents();
 
-        if (instance.host.timerId != CLAP_INVALID_ID)
+        if (withTimers && instance.host.timerId != CLAP_INVALID_ID)
             timers->on_timer (plugin, instance.host.timerId);
 
         std::this_thread::sleep_for (std::chrono::milliseconds (10));
     };
+    const auto idleFor = [&] (int calls, bool withTimers = true) { while (calls-- > 0) idle (withTimers); };
 
-    for (int i = 0; i < 30; ++i)
-        idle();
-
+    idleFor (30);
    #if ! defined(_WIN32)
     // Wine's screen read back never shows a child window's drawing.
     const auto drawn = windowPixels (parent.handle(), 0, 0, (int) width, (int) height);
-    ASSERT_FALSE (drawn.empty());
     EXPECT_GT (std::set<uint32_t> (drawn.begin(), drawn.end()).size(), 50u) << "the skin is drawn in the host's window";
    #endif
 
@@ -371,7 +331,7 @@ TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
     InputEvents in;
     OutputEvents out;
     std::atomic<bool> automate { false };
-    instance.plugin->start_processing (plugin);
+    plugin->start_processing (plugin);
     watch.followAutomation ([&]
     {
         std::fill (left.begin(), left.end(), 0.0f);
@@ -384,33 +344,21 @@ TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
 
         instance.processHere (left.data(), right.data(), 256, in, out);
     },
-    [&] { automate = true; }, idle);
-    instance.plugin->stop_processing (plugin);
-
-    for (int i = 0; i < 10; ++i)
-        idle();
-
+    [&] { automate = true; }, [&] { idle(); });
+    plugin->stop_processing (plugin);
+    idleFor (10);
     EXPECT_NEAR (storedInCurrentPreset (instance.savedState(), "Late Size"), 0.9, 1e-6);
 
-    // Without the host's timer calls the editor stands still.
+    // Without the host's timer calls the editor stands still; they bring it up to date.
     const auto knobBefore = windowPixels (parent.handle(), 171, 59, 35, 35);
     in.clear();
     in.add (0, lateSize, 0.1);
     instance.process (left, right, in, out);
-
-    for (int i = 0; i < 30; ++i)
-    {
-        parent.dispatchEvents();
-        std::this_thread::sleep_for (std::chrono::milliseconds (10));
-    }
-
+    idleFor (30, false);
    #if ! defined(_WIN32)
     EXPECT_EQ (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 0);
-
-    for (int i = 0; i < 30; ++i)
-        idle();
-
-    EXPECT_GT (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 20) << "the timer calls bring it up to date";
+    idleFor (30);
+    EXPECT_GT (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 20);
    #endif
 
     EXPECT_TRUE (gui->set_scale (plugin, 2.0));
@@ -421,6 +369,5 @@ TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
     EXPECT_EQ (instance.host.requestedWidth, 1266u);
     EXPECT_EQ (instance.host.requestedHeight, 414u);
     EXPECT_FALSE (gui->set_scale (plugin, 0.0));
-
     gui->destroy (plugin);
 }

@@ -5,7 +5,6 @@
 #include "../support/EditorFollowWatch.h"
 #include "../support/Environment.h"
 #include "../support/HostProcess.h"
-#include "../support/HostileSamples.h"
 #include "../support/NativeParentWindow.h"
 #include "../support/ParameterNames.h"
 #include "../support/ScopedSettingsFile.h"
@@ -30,11 +29,6 @@
 namespace
 {
     using namespace Vst2;
-
-    struct EditorRect
-    {
-        int16_t top, left, bottom, right;
-    };
 
     constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32;
 
@@ -61,13 +55,6 @@ namespace
         std::memcpy (chunk.data(), &magic, 4);
         std::memcpy (chunk.data() + 4, &length, 4);
         return chunk + document + '\0';
-    }
-
-    void replaceIn (std::string& text, const std::string& from, const std::string& to)
-    {
-        const auto at = text.find (from);
-        ASSERT_NE (at, std::string::npos) << from;
-        text.replace (at, from.size(), to);
     }
 }
 
@@ -115,61 +102,22 @@ TEST_F (Vst2Abi, IdentifiesItselfToTheHost)
     EXPECT_EQ (plugin.call (effGetProgram), 0);
     EXPECT_EQ (plugin.text (effGetProgramName), "");
     EXPECT_EQ (plugin.text (effGetProgramNameIndexed, 0), "");
-}
+    plugin.start (256);
+    EXPECT_GE (plugin.call (effGetTailSize), 1) << "a reverb announces a tail";
+    plugin.stop();
 
-TEST_F (Vst2Abi, ParametersByIndex)
-{
-    for (int i = 0; i < 20; ++i)
+    // Names and texts read as the CLAP build's (ClapHostTest); beyond the twenty, nothing.
+    std::vector<int> indices { -1, 127, 5000 };
+    for (int i = 0; i < 23; ++i)
+        indices.push_back (i);
+
+    for (int i : indices)
     {
-        EXPECT_EQ (plugin.text (effGetParamName, i), quorlaneParameterNames[i]);
-        EXPECT_FALSE (plugin.text (effGetParamDisplay, i).empty()) << i;
-        EXPECT_EQ (plugin.call (effCanBeAutomated, i), 1) << i;
+        const bool ours = i >= 0 && i < 20;
+        EXPECT_EQ (plugin.text (effGetParamName, i).empty(), ! ours) << i;
+        EXPECT_EQ (plugin.text (effGetParamDisplay, i).empty(), ! ours) << i;
+        EXPECT_TRUE (ours ? plugin.call (effCanBeAutomated, i) == 1 : plugin.text (effGetParamLabel, i).empty()) << i;
     }
-
-    for (int i : { 20, 21, 22, 127, 5000, -1 })
-    {
-        EXPECT_EQ (plugin.text (effGetParamName, i), "") << i;
-        EXPECT_EQ (plugin.text (effGetParamDisplay, i), "") << i;
-        EXPECT_EQ (plugin.text (effGetParamLabel, i), "") << i;
-    }
-
-    const float earlySize = plugin.get (0);
-    plugin.set (4, 0.25f);
-    EXPECT_FLOAT_EQ (plugin.get (4), 0.25f);
-    EXPECT_FLOAT_EQ (plugin.get (0), earlySize);
-}
-
-// Parameters set through the ABI, and a controller mapping, the quality and
-// the presets given through the instance's own chunk edited as a host-side
-// tool might, all carried to a fresh instance.
-TEST_F (Vst2Abi, StateChunkCarriesParametersPresetsControllerMapAndQuality)
-{
-    plugin.set (9, 0.125f);
-    plugin.set (16, 0.75f);
-    const auto chunk = plugin.chunk();
-    ASSERT_GT (chunk.size(), 9u);
-    auto document = chunk.substr (8, chunk.size() - 9);
-    ASSERT_NE (document.find ("<PluginState application=\"Quorlane\""), std::string::npos);
-    replaceIn (document, "<MidiControlMap name=\"Quorlane\"/>",
-               "<MidiControlMap name=\"Quorlane\"><assign param=\"FX\" CC=\"74\"/></MidiControlMap>");
-    replaceIn (document, "<UniqueData quality=\"low\"/>", "<UniqueData quality=\"highest\"/>");
-    replaceIn (document, "<param name=\"Quality\" value=\"0\"/>", "<param name=\"Quality\" value=\"1\"/>");
-    replaceIn (document, "currentPreset=\"0\"", "currentPreset=\"5\"");
-    replaceIn (document, "name=\"Cristal Cave [d/w]\"", "name=\"My Own Cave\"");
-    const auto edited = chunkOf (document);
-    plugin.setChunk (edited);
-
-    const auto saved = plugin.chunk();
-    EXPECT_EQ (saved, edited) << "the edits were taken and are written back unchanged";
-
-    Vst2Plugin other;
-    ASSERT_NE (other.effect, nullptr);
-    EXPECT_NE (other.get (9), 0.125f);
-    EXPECT_NE (other.chunk(), saved);
-    other.setChunk (saved);
-    EXPECT_FLOAT_EQ (other.get (9), 0.125f);
-    EXPECT_FLOAT_EQ (other.get (16), 0.75f);
-    EXPECT_EQ (other.chunk(), saved);
 }
 
 // The program chunk, which hosts keep as their single-preset files, is the
@@ -217,40 +165,6 @@ TEST_F (Vst2Abi, ProgramChunkIsTheCurrentPresetAlone)
     EXPECT_EQ (other.chunk(), after) << "a whole state is no program chunk";
 }
 
-// Audio processed in place, with NaN, infinities, the largest float and
-// subnormals from a broken upstream plug-in in the first half: every output
-// stays finite and the reverb keeps sounding.
-TEST_F (Vst2Abi, ProcessesInPlaceThroughNonFiniteInputAndAnswersTheTail)
-{
-    plugin.start (256);
-    std::vector<float> left (256), right (256);
-    float lastLevel = 0.0f;
-
-    for (int block = 0; block < 120; ++block)
-    {
-        for (size_t i = 0; i < 256; ++i)
-        {
-            left[i] = right[i] = 0.25f * std::sin ((float) (block * 256 + (int) i) * 0.03f);
-
-            if (block < 60 && i % 64 == 3)
-                (i % 128 == 3 ? left : right)[i] = hostileSamples[(size_t) block % std::size (hostileSamples)];
-        }
-
-        plugin.process (left, right);
-        lastLevel = 0.0f;
-
-        for (size_t i = 0; i < 256; ++i)
-        {
-            ASSERT_TRUE (std::isfinite (left[i]) && std::isfinite (right[i])) << "block " << block << " sample " << i;
-            lastLevel = std::max ({ lastLevel, std::abs (left[i]), std::abs (right[i]) });
-        }
-    }
-
-    EXPECT_GT (lastLevel, 0.01f) << "still sounding after the bad input";
-    EXPECT_GE (plugin.call (effGetTailSize), 1) << "a reverb announces a tail";
-    plugin.stop();
-}
-
 // As a DAW runs the plug-in: the editor open in a window of the host's, at
 // the skin's size, with the host's idle calls, automation of "Late Size"
 // played on an audio thread in real time; with automatic storing on, the
@@ -265,11 +179,11 @@ TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
 
     plugin.start (256);
 
-    EditorRect* rect = nullptr;
+    const int16_t* rect = nullptr; // top, left, bottom, right
     ASSERT_NE (plugin.call (effEditGetRect, 0, 0, &rect), 0);
     ASSERT_NE (rect, nullptr);
-    EXPECT_EQ (rect->right - rect->left, 633);
-    EXPECT_EQ (rect->bottom - rect->top, 207);
+    EXPECT_EQ (rect[3] - rect[1], 633);
+    EXPECT_EQ (rect[2] - rect[0], 207);
     ASSERT_NE (plugin.call (effEditOpen, 0, 0, parent.handle()), 0);
 
     // The host's idle calls, every 10 ms.

@@ -1,17 +1,26 @@
 #pragma once
 
-#include <atomic>
+#include "LockTakers.h"
+
+#include <gtest/gtest.h>
+
 #include <functional>
+#include <thread>
+
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+ #define QUORLANE_SANITIZED 1
+#else
+ #define QUORLANE_SANITIZED 0
+#endif
 
 // What a watched thread did that an audio thread must never do: heap calls
-// (allocations and frees through the global operators), mutex locks (those
-// not of JUCE's own that were marked exempt, and how many of all had to wait)
-// and write() calls, which is how JUCE posts to the message thread.
+// (allocations and frees), locks (each traced to its taker, LockTakers.h) and
+// write() calls, which is how JUCE posts to the message thread.
 namespace AudioThreadCounters
 {
     struct Counts
     {
-        long heapCalls, locks, ownLocks, lockWaits, hostLockWaits, writes;
+        long heapCalls, locks, writes;
     };
 
     // Counts the calling thread's calls for as long as it lives.
@@ -21,15 +30,29 @@ namespace AudioThreadCounters
         ~Watch();
     };
 
-    // Marks the first mutex that `action` locks on the calling thread as
-    // JUCE's own (a parameter's listener lock, which the editor's gestures and
-    // the host's automation share by JUCE's design): waits on it are counted
-    // apart, in hostLockWaits.
-    void exemptFirstLockOf (const std::function<void()>& action);
-
-    // The same for the last mutex `action` locks: JUCE's listener lock, which
-    // a wrapper takes after the plug-in's own code has run.
-    void exemptLastLockOf (const std::function<void()>& action);
-
     Counts read();
+}
+
+// `play (first, last)` over `blocks` blocks, on two audio threads of its own
+// one after the other: hosts change threads when their engine restarts.
+inline void playOnTwoAudioThreads (int blocks, const std::function<void (int, int)>& play)
+{
+    std::thread (play, 0, blocks / 2).join();
+    std::thread (play, blocks / 2, blocks).join();
+}
+
+// No watched thread touched the heap (counted in the plain build, see
+// AudioThreadCounters.cpp), took a lock in our own code or posted. JUCE's own
+// locks (a wrapper's callback lock, parameter listeners, the message-thread
+// check) are named in the log and left.
+inline void expectNothingForbidden()
+{
+    const auto counts = AudioThreadCounters::read();
+    EXPECT_TRUE (QUORLANE_SANITIZED || counts.heapCalls == 0) << counts.heapCalls << " heap calls";
+    EXPECT_EQ (counts.writes, 0);
+    EXPECT_EQ (LockTakers::ours(), std::vector<std::string>());
+    std::cout << counts.locks << " locks, taken by:\n";
+
+    for (const auto& taker : LockTakers::all())
+        std::cout << "  " << taker << "\n";
 }

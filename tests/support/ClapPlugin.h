@@ -14,6 +14,7 @@
 #include <cstring>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 // The CLAP build as a host loads it: the library, clap_entry and the plug-in
@@ -63,11 +64,7 @@ namespace Clap
             host.request_restart = host.request_process = host.request_callback = [] (const clap_host_t*) {};
             params.rescan = [] (const clap_host_t* h, clap_param_rescan_flags) { ++from (h).rescans; };
             params.clear = [] (const clap_host_t*, clap_id, clap_param_clear_flags) {};
-            params.request_flush = [] (const clap_host_t* h)
-            {
-                ++from (h).flushRequests;
-                from (h).flushRequestThread = std::this_thread::get_id();
-            };
+            params.request_flush = [] (const clap_host_t* h) { ++from (h).flushRequests; };
 
             timers.register_timer = [] (const clap_host_t* h, uint32_t period, clap_id* id)
             {
@@ -78,10 +75,7 @@ namespace Clap
             };
             timers.unregister_timer = [] (const clap_host_t* h, clap_id id)
             {
-                auto& self = from (h);
-                const bool known = id == self.timerId;
-                self.timerId = CLAP_INVALID_ID;
-                return known;
+                return std::exchange (from (h).timerId, CLAP_INVALID_ID) == id;
             };
 
             hostGui.resize_hints_changed = [] (const clap_host_t*) {};
@@ -105,56 +99,42 @@ namespace Clap
         clap_host_gui_t hostGui {};
         const bool gui;
         std::atomic<int> rescans { 0 }, flushRequests { 0 }, resizeRequests { 0 };
-        std::atomic<std::thread::id> flushRequestThread {};
         uint32_t timerPeriod = 0, requestedWidth = 0, requestedHeight = 0;
         clap_id timerId = CLAP_INVALID_ID;
     };
 
-    // Events handed to the plug-in, in time order; what does not fit is left out.
+    // Events handed to the plug-in, in the order added; what does not fit is left out.
     struct InputEvents
     {
-        static constexpr size_t capacity = 64;
-
-        InputEvents()
+        union Event
         {
-            values.reserve (capacity);
-            midi.reserve (capacity);
-            order.reserve (2 * capacity);
-        }
+            clap_event_header_t header;
+            clap_event_param_value_t value;
+            clap_event_midi_t midi;
+        };
+
+        InputEvents() { events.reserve (128); }
 
         void add (uint32_t time, clap_id param, double value)
         {
-            if (values.size() < capacity)
-            {
-                values.push_back ({ { sizeof (clap_event_param_value_t), time, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_PARAM_VALUE, 0 },
-                                    param, nullptr, -1, -1, -1, -1, value });
-                order.push_back (&values.back().header);
-            }
+            if (events.size() < events.capacity())
+                events.push_back ({ .value = { { sizeof (clap_event_param_value_t), time, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_PARAM_VALUE, 0 },
+                                               param, nullptr, -1, -1, -1, -1, value } });
         }
 
         void addMidi (uint32_t time, uint8_t status, uint8_t data1, uint8_t data2)
         {
-            if (midi.size() < capacity)
-            {
-                midi.push_back ({ { sizeof (clap_event_midi_t), time, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_MIDI, 0 }, 0, { status, data1, data2 } });
-                order.push_back (&midi.back().header);
-            }
+            if (events.size() < events.capacity())
+                events.push_back ({ .midi = { { sizeof (clap_event_midi_t), time, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_MIDI, 0 }, 0, { status, data1, data2 } } });
         }
 
-        void clear()
-        {
-            values.clear();
-            midi.clear();
-            order.clear();
-        }
+        void clear() { events.clear(); }
 
         clap_input_events_t list { this,
-            [] (const clap_input_events_t* l) { return (uint32_t) static_cast<InputEvents*> (l->ctx)->order.size(); },
-            [] (const clap_input_events_t* l, uint32_t i) { return static_cast<InputEvents*> (l->ctx)->order[i]; } };
+            [] (const clap_input_events_t* l) { return (uint32_t) static_cast<InputEvents*> (l->ctx)->events.size(); },
+            [] (const clap_input_events_t* l, uint32_t i) -> const clap_event_header_t* { return &static_cast<InputEvents*> (l->ctx)->events[i].header; } };
 
-        std::vector<clap_event_param_value_t> values;
-        std::vector<clap_event_midi_t> midi;
-        std::vector<const clap_event_header_t*> order;
+        std::vector<Event> events;
     };
 
     // The parameter events the plug-in sends back, up to a fixed number.

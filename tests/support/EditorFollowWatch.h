@@ -17,12 +17,13 @@ class EditorFollowWatch
 public:
     using Clock = std::chrono::steady_clock;
 
-    explicit EditorFollowWatch (void* nativeWindow)
-        : window (nativeWindow), knobBefore (knob()), decayBefore (decay())
+    explicit EditorFollowWatch (void* nativeWindow) : window (nativeWindow)
     {
+        for (auto& area : areas)
+            area.before = pixels (area);
     }
 
-    bool canSee() const { return ! knobBefore.empty(); }
+    bool canSee() const { return ! areas[0].before.empty(); }
 
     // As a DAW plays automation: blocks on an audio thread of its own in
     // real time (256 samples at 48 kHz), `automate` called before the 20th,
@@ -52,6 +53,14 @@ public:
             idle();
 
         const auto automated = Clock::time_point (Clock::duration (automatedAt.load()));
+        const auto look = [&]
+        {
+            for (auto& area : areas)
+                if (area.changed == Clock::time_point() && pixelsChanged (area.before, pixels (area)) > area.threshold)
+                    area.changed = Clock::now();
+
+            return areas[0].changed != Clock::time_point() && areas[1].changed != Clock::time_point();
+        };
 
         for (const auto end = automated + std::chrono::seconds (1); Clock::now() < end && ! look();)
             idle();
@@ -61,45 +70,28 @@ public:
 
         playing = false;
         audio.join();
-        expectFollowed (automated);
-    }
 
-private:
-    // Looks once; true when both have changed.
-    bool look()
-    {
-        if (knobMoved == Clock::time_point() && pixelsChanged (knobBefore, knob()) > 20)
-            knobMoved = Clock::now();
-
-        if (decayShown == Clock::time_point() && pixelsChanged (decayBefore, decay()) > 5)
-            decayShown = Clock::now();
-
-        return knobMoved != Clock::time_point() && decayShown != Clock::time_point();
-    }
-
-    // Both changed within 100 ms of the automated move. Under Wine the
-    // screen read back never shows a child window's repaint, so there only
-    // the plug-in's other checks count.
-    void expectFollowed (Clock::time_point automated) const
-    {
+        // Under Wine the screen read back never shows a child window's
+        // repaint, so there only the plug-in's other checks count.
        #if ! defined(_WIN32)
-        EXPECT_LE (delay (knobMoved, automated), std::chrono::milliseconds (100)) << "the knob follows";
-        EXPECT_LE (delay (decayShown, automated), std::chrono::milliseconds (100)) << "the decay display follows";
-       #else
-        (void) automated;
+        for (const auto& area : areas)
+            EXPECT_LE (area.changed == Clock::time_point() ? std::chrono::minutes (1) : area.changed - automated,
+                       std::chrono::milliseconds (100)) << "the " << area.name << " follows";
        #endif
     }
 
-    // Where the skin puts the knob and the display.
-    std::vector<uint32_t> knob() const { return windowPixels (window, 171, 59, 35, 35); }
-    std::vector<uint32_t> decay() const { return windowPixels (window, 326, 154, 64, 13); }
-
-    static Clock::duration delay (Clock::time_point seen, Clock::time_point automated)
+private:
+    // Where the skin puts the knob and the display, and how many pixels make a change.
+    struct Area
     {
-        return seen == Clock::time_point() ? std::chrono::minutes (1) : seen - automated;
-    }
+        const char* name;
+        int x, y, width, height, threshold;
+        std::vector<uint32_t> before {};
+        Clock::time_point changed {};
+    };
+
+    std::vector<uint32_t> pixels (const Area& area) const { return windowPixels (window, area.x, area.y, area.width, area.height); }
 
     void* window;
-    std::vector<uint32_t> knobBefore, decayBefore;
-    Clock::time_point knobMoved {}, decayShown {};
+    Area areas[2] { { "knob", 171, 59, 35, 35, 20 }, { "decay display", 326, 154, 64, 13, 5 } };
 };
