@@ -11,10 +11,10 @@
 
 // The committed skin, the images it names and the window built from it must
 // agree: a strip of the wrong height shows torn frames, a misspelt event a dead
-// action. (That every knob
-// reaches its parameter and each button fires its own event is checked through
-// the accessibility tree.) Every image has a twin drawn afresh at double
-// resolution: exactly twice the size, and not an enlargement of the first.
+// action. (That every knob reaches its parameter and each button fires its own
+// event is checked through the accessibility tree.) Every image has a twin
+// drawn afresh at double resolution: exactly twice the size, and not an
+// enlargement of the first.
 namespace
 {
     void expectTwin (const juce::String& name, bool drawnAfresh)
