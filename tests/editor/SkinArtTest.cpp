@@ -66,8 +66,10 @@ TEST (SkinArt, EveryControlHasArtOfItsSizeInsideThePanelWithoutOverlapping)
 
         // A misspelt event leaves its action dead.
         if (const auto* actions = control->getChildByName ("actions"))
+        {
             for (const auto* action : actions->getChildIterator())
                 EXPECT_NE (events.getId (action->getStringAttribute ("event")), EventRegistry::unknownEvent) << name;
+        }
 
         const auto* gfx = control->getChildByName ("gfx");
         ASSERT_NE (gfx, nullptr) << name;
