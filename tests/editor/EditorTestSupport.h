@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <utility>
 
 namespace EditorTest
 {
@@ -26,15 +27,57 @@ namespace EditorTest
         juce::MessageManager::getInstance()->runDispatchLoopUntil (milliseconds);
     }
 
-    // An open top-level window of a kind, if any.
+    // A click as the mouse makes it, with the given keys held.
+    inline void click (juce::Button& button, juce::ModifierKeys modifiers = {})
+    {
+        const auto saved = std::exchange (juce::ModifierKeys::currentModifiers, modifiers);
+        button.triggerClick();
+        pumpMessages();
+        juce::ModifierKeys::currentModifiers = saved;
+    }
+
+    // An open top-level window of a kind (and title, if given), if any.
     template <typename Window>
-    Window* findWindow()
+    Window* findWindow (const juce::String& title = {})
     {
         for (int i = 0; i < juce::TopLevelWindow::getNumTopLevelWindows(); ++i)
             if (auto* window = dynamic_cast<Window*> (juce::TopLevelWindow::getTopLevelWindow (i)))
-                return window;
+                if (title.isEmpty() || window->getName() == title)
+                    return window;
 
         return nullptr;
+    }
+
+    // Pixels of `image` that differ from `other` with `image` laid at `offset` in it.
+    inline int differingPixels (const juce::Image& image, const juce::Image& other, juce::Point<int> offset = {})
+    {
+        int differences = 0;
+        for (int y = 0; y < image.getHeight(); ++y)
+            for (int x = 0; x < image.getWidth(); ++x)
+                differences += image.getPixelAt (x, y) != other.getPixelAt (offset.x + x, offset.y + y) ? 1 : 0;
+        return differences;
+    }
+
+    // A picture enlarged by repeating each pixel has every 2 x 2 block of one colour.
+    inline double shareOfUniformBlocks (const juce::Image& image)
+    {
+        int uniform = 0, blocks = 0;
+        for (int y = 0; y + 1 < image.getHeight(); y += 2)
+            for (int x = 0; x + 1 < image.getWidth(); x += 2, ++blocks)
+            {
+                const auto c = image.getPixelAt (x, y);
+                uniform += c == image.getPixelAt (x + 1, y) && c == image.getPixelAt (x, y + 1) && c == image.getPixelAt (x + 1, y + 1) ? 1 : 0;
+            }
+        return (double) uniform / (double) blocks;
+    }
+
+    // Kept as a PNG in the build folder for a look.
+    inline void save (const juce::Image& image, const char* name)
+    {
+        const auto file = juce::File (QUORLANE_TEST_OUTPUT_DIR).getChildFile (name);
+        file.deleteFile();
+        juce::FileOutputStream out (file);
+        EXPECT_TRUE (out.openedOk() && juce::PNGImageFormat().writeImageToStream (image, out)) << name;
     }
 
     template <typename Control>

@@ -20,13 +20,17 @@ using Role = juce::AccessibilityRole;
 
 namespace
 {
-    void collect (juce::AccessibilityHandler& handler, std::vector<juce::AccessibilityHandler*>& all)
+    // Every handler under `handler`, depth first.
+    std::vector<juce::AccessibilityHandler*> tree (juce::AccessibilityHandler& handler)
     {
+        std::vector<juce::AccessibilityHandler*> all;
         for (auto* child : handler.getChildren())
         {
             all.push_back (child);
-            collect (*child, all);
+            const auto below = tree (*child);
+            all.insert (all.end(), below.begin(), below.end());
         }
+        return all;
     }
 
     bool isInteractive (const juce::AccessibilityHandler& h)
@@ -45,13 +49,6 @@ namespace
                 plugin.getHostParameter (i)->setValueNotifyingHost (0.03f + 0.047f * (float) i);
 
             showWithFocus (editor);
-        }
-
-        std::vector<juce::AccessibilityHandler*> tree()
-        {
-            std::vector<juce::AccessibilityHandler*> all;
-            collect (*editor.getAccessibilityHandler(), all);
-            return all;
         }
 
         juce::AccessibilityHandler& handlerOf (const char* name)
@@ -236,7 +233,7 @@ TEST_F (Accessibility, TheTreeNamesEveryControlAndEachParameterOnceWithTheHostsT
         std::map<juce::String, int> sliders;
         int onPage = 0;
 
-        for (auto* h : tree())
+        for (auto* h : tree (*editor.getAccessibilityHandler()))
         {
             EXPECT_FALSE (isInteractive (*h) && h->getTitle().isEmpty()) << "untitled, role " << (int) h->getRole();
             EXPECT_EQ (dynamic_cast<GFXAnimation*> (&h->getComponent()), nullptr) << "a meter is read out";
@@ -302,7 +299,7 @@ TEST_F (Accessibility, ValuesSetThroughTheTreeMoveParametersInOneGesture)
 
 // Pressing each of the skin's buttons through the tree fires the event that
 // its click fires, and between them the buttons fire every event the window
-// offers.
+// offers: the browser opens and closes again, the about box opens and closes.
 TEST_F (Accessibility, EveryButtonsPressDoesWhatItsClickDoes)
 {
     RecordingListener heard;
@@ -336,10 +333,16 @@ TEST_F (Accessibility, EveryButtonsPressDoesWhatItsClickDoes)
         expected.insert (plugin.getEventRegistry().getId (event));
 
     EXPECT_EQ (std::multiset<int> (pressed.begin(), pressed.end()), expected) << "each button fires its own event";
+    EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr) << "the second press closed the browser";
+    EXPECT_NE (findWindow<juce::DialogWindow> ("About Quorlane"), nullptr);
 
     for (int i = juce::TopLevelWindow::getNumTopLevelWindows(); --i >= 0;)
         if (auto* about = dynamic_cast<juce::DialogWindow*> (juce::TopLevelWindow::getTopLevelWindow (i)))
+        {
+            EXPECT_EQ (about->getName(), "About Quorlane");
             about->closeButtonPressed();
+        }
 
     pumpMessages();
+    EXPECT_EQ (findWindow<juce::DialogWindow>(), nullptr) << "the about box closes";
 }

@@ -6,6 +6,7 @@
 #include "tests/support/ScopedConfigHome.h"
 
 using Page = BasePluginEditorOldStyle::PresetsSettingsComponent;
+using EditorTest::click;
 
 namespace
 {
@@ -21,12 +22,6 @@ namespace
                     chosen[(size_t) g] = chosen[(size_t) g] < 0 ? i : 99;
 
         return chosen;
-    }
-
-    void click (juce::Button& button)
-    {
-        button.triggerClick();
-        EditorTest::pumpMessages();
     }
 }
 

@@ -1,64 +1,52 @@
+#include "EditorTestSupport.h"
+
+#include "editor/DoubleResolution.h"
+#include "editor/QuorlaneEditor.h"
+#include "editor/SkinImage.h"
 #include "editor/SkinValues.h"
 #include "framework/EventRegistry.h"
 #include "framework/Resources.h"
 
-#include <juce_graphics/juce_graphics.h>
-#include <gtest/gtest.h>
-
 #include <map>
-#include <set>
 
-// The committed skin and the images it names must agree: a strip of the wrong
-// height shows torn frames, a misspelt event a dead action. (That every knob
-// reaches its parameter and each button fires its own event is checked through
-// the accessibility tree.)
+// The committed skin, the images it names and the window built from it must
+// agree: a strip of the wrong height shows torn frames, a misspelt event a dead
+// action. (That every knob reaches its parameter and each button fires its own
+// event is checked through the accessibility tree.) Every image has a twin
+// drawn afresh at double resolution: exactly twice the size, and not an
+// enlargement of the first.
 namespace
 {
-    std::unique_ptr<juce::XmlElement> loadSkin() { return juce::parseXML (Resources::getText ("skin.xml")); }
-
-    juce::Rectangle<int> boundsOf (const juce::XmlElement& control)
+    void expectTwin (const juce::String& name, bool drawnAfresh)
     {
-        const auto* pos = control.getChildByName ("pos");
-        const auto* size = control.getChildByName ("size");
-
-        if (pos == nullptr || size == nullptr)
-            return {};
-
-        return { pos->getIntAttribute ("left"), pos->getIntAttribute ("top"),
-                 size->getIntAttribute ("width"), size->getIntAttribute ("height") };
+        const auto twin = SkinValues::loadImage (DoubleResolution::fileNameFor (name));
+        EXPECT_EQ (twin.getBounds(), SkinValues::loadImage (name).getBounds() * 2) << name << ": no double-resolution twin";
+        EXPECT_TRUE (SkinImage::load (name).hasDoubleResolution()) << name;
+        // The font's glyphs keep their pixel shapes and so are largely uniform blocks.
+        EXPECT_TRUE (! drawnAfresh || EditorTest::shareOfUniformBlocks (twin) < 0.9) << name << " looks enlarged";
     }
 
     bool framesEqual (const juce::Image& strip, int frameHeight, int a, int b)
     {
-        for (int y = 0; y < frameHeight; ++y)
-            for (int x = 0; x < strip.getWidth(); ++x)
-                if (strip.getPixelAt (x, a * frameHeight + y) != strip.getPixelAt (x, b * frameHeight + y))
-                    return false;
-
-        return true;
+        return EditorTest::differingPixels (strip.getClippedImage ({ 0, a * frameHeight, strip.getWidth(), frameHeight }), strip,
+                                            { 0, b * frameHeight }) == 0;
     }
 
-    struct StripRule
-    {
-        int frames;
-        std::set<std::pair<int, int>> frameSizes;   // empty: any size
-    };
-
-    const std::map<juce::String, StripRule> stripRules {
-        { "Knob", { 61, { { 36, 34 }, { 28, 28 }, { 35, 35 }, { 37, 35 } } } },
-        { "Button", { 2, {} } },
-        { "Animation", { 12, { { 26, 89 } } } },
-    };
+    // Frames per strip: a knob's 61 steps, a button at rest and held, the meters' 12 levels.
+    const std::map<juce::String, int> framesOf { { "Knob", 61 }, { "Button", 2 }, { "Animation", 12 } };
 }
 
 TEST (SkinArt, EveryControlHasArtOfItsSizeInsideThePanelWithoutOverlapping)
 {
-    const auto skin = loadSkin();
+    const auto skin = juce::parseXML (Resources::getText ("skin.xml"));
     ASSERT_NE (skin, nullptr);
     EXPECT_EQ (skin->getTagName(), "PluginEditor");
 
     const juce::Rectangle<int> panel (633, 207);
     EXPECT_EQ (SkinValues::loadImage (skin->getStringAttribute ("background")).getBounds(), panel);
+    expectTwin (skin->getStringAttribute ("background"), true);
+    Quorlane plugin;
+    const QuorlaneEditor editor (plugin);
     std::vector<std::pair<juce::String, juce::Rectangle<int>>> placed;
     EventRegistry events;
     events.registerFixedEvents();
@@ -67,7 +55,7 @@ TEST (SkinArt, EveryControlHasArtOfItsSizeInsideThePanelWithoutOverlapping)
     {
         const auto tag = control->getTagName();
         const auto name = control->getStringAttribute ("name");
-        const auto bounds = boundsOf (*control);
+        const auto bounds = EditorTest::find<GUIController> (editor, name).getComponent().getBoundsInParent();
         EXPECT_FALSE (bounds.isEmpty()) << name;
         EXPECT_TRUE (panel.contains (bounds)) << name << " at " << bounds.toString();
 
@@ -78,13 +66,16 @@ TEST (SkinArt, EveryControlHasArtOfItsSizeInsideThePanelWithoutOverlapping)
 
         // A misspelt event leaves its action dead.
         if (const auto* actions = control->getChildByName ("actions"))
+        {
             for (const auto* action : actions->getChildIterator())
                 EXPECT_NE (events.getId (action->getStringAttribute ("event")), EventRegistry::unknownEvent) << name;
+        }
 
         const auto* gfx = control->getChildByName ("gfx");
         ASSERT_NE (gfx, nullptr) << name;
         const auto strip = SkinValues::loadImage (gfx->getStringAttribute ("resource"));
         ASSERT_TRUE (strip.isValid()) << name << ": no image " << gfx->getStringAttribute ("resource");
+        expectTwin (gfx->getStringAttribute ("resource"), ! gfx->hasAttribute ("fontHeight"));
 
         if (tag == "Display" || tag == "DisplayFloat")
         {
@@ -95,16 +86,13 @@ TEST (SkinArt, EveryControlHasArtOfItsSizeInsideThePanelWithoutOverlapping)
             continue;
         }
 
-        ASSERT_TRUE (stripRules.count (tag) > 0) << "unexpected element " << tag;
-        const auto& rule = stripRules.at (tag);
+        ASSERT_TRUE (framesOf.count (tag) > 0) << "unexpected element " << tag;
         const int frames = gfx->getIntAttribute ("framesNum");
-        ASSERT_EQ (frames, rule.frames) << name;
+        ASSERT_EQ (frames, framesOf.at (tag)) << name;
 
         const int frameHeight = strip.getHeight() / frames;
         EXPECT_EQ (strip.getHeight(), frames * frameHeight) << name << ": the strip does not divide into frames";
         EXPECT_EQ (bounds.withZeroOrigin(), juce::Rectangle<int> (strip.getWidth(), frameHeight)) << name;
-        EXPECT_TRUE (rule.frameSizes.empty() || rule.frameSizes.count ({ strip.getWidth(), frameHeight }) == 1)
-            << name << ": frame " << strip.getWidth() << " x " << frameHeight;
 
         // A frame repeating its neighbour would make the control look stuck.
         for (int frame = 1; frame < frames; ++frame)
