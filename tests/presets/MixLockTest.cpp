@@ -15,42 +15,31 @@ namespace
     constexpr float myWetGain = 0.71234f, myFx = 0.91234f;
     constexpr int blockSize = 512;
 
-    struct Path
-    {
-        const char* name;
-        int target;     // the slot the path changes to, from slot 0
-        int source;     // the slot whose values it brings
-        std::function<void (Quorlane&)> change;
+    // A way to change presets: the slot it changes to from slot 0, the slot whose values it brings.
+    const struct Path { const char* name; int target, source; void (*change) (Quorlane&); } paths[] = {
+        { "browser", 30, 30, [] (Quorlane& plugin)
+            {
+                OldStylePresetsBrowser browser (plugin);
+                browser.chooseGroup (1);
+                auto& column = dynamic_cast<OldStylePresetsBrowser::PresetListColumn&> (*browser.getColumn (1));
+                column.itemChosen (30 - plugin.getFirstSlotOfGroup (1));
+            } },
+        { "arrow", 1, 1, [] (Quorlane& plugin) { plugin.handleEvent (EventRegistry::selectNextPreset); } },
+        { "program change", 40, 40, [] (Quorlane& plugin)
+            { processBlocks (plugin, blockSize, 1, midiEvent (juce::MidiMessage::programChange (1, 40), 10)); } },
+        { "preset file into the current slot", 0, 30, [] (Quorlane& plugin)
+            {
+                const juce::TemporaryFile file (plugin.getPresetFileExtension());
+                ASSERT_TRUE (plugin.savePresetFile (file.getFile(), 30));
+                ASSERT_TRUE (plugin.loadPresetFile (file.getFile(), 0));
+            } },
+        { "bank file", 0, 0, [] (Quorlane& plugin)
+            {
+                const juce::TemporaryFile file (plugin.getBankFileExtension());
+                ASSERT_TRUE (plugin.saveBankFile (file.getFile()));
+                ASSERT_TRUE (plugin.loadBankFile (file.getFile()));
+            } },
     };
-
-    const std::vector<Path>& paths()
-    {
-        static const std::vector<Path> all {
-            { "browser", 30, 30, [] (Quorlane& plugin)
-                {
-                    OldStylePresetsBrowser browser (plugin);
-                    browser.chooseGroup (1);
-                    auto& column = dynamic_cast<OldStylePresetsBrowser::PresetListColumn&> (*browser.getColumn (1));
-                    column.itemChosen (30 - plugin.getFirstSlotOfGroup (1));
-                } },
-            { "arrow", 1, 1, [] (Quorlane& plugin) { plugin.handleEvent (EventRegistry::selectNextPreset); } },
-            { "program change", 40, 40, [] (Quorlane& plugin)
-                { processBlocks (plugin, blockSize, 1, midiEvent (juce::MidiMessage::programChange (1, 40), 10)); } },
-            { "preset file into the current slot", 0, 30, [] (Quorlane& plugin)
-                {
-                    const juce::TemporaryFile file (plugin.getPresetFileExtension());
-                    ASSERT_TRUE (plugin.savePresetFile (file.getFile(), 30));
-                    ASSERT_TRUE (plugin.loadPresetFile (file.getFile(), 0));
-                } },
-            { "bank file", 0, 0, [] (Quorlane& plugin)
-                {
-                    const juce::TemporaryFile file (plugin.getBankFileExtension());
-                    ASSERT_TRUE (plugin.saveBankFile (file.getFile()));
-                    ASSERT_TRUE (plugin.loadBankFile (file.getFile()));
-                } },
-        };
-        return all;
-    }
 
     // The live values after a change, with the mix set by hand first.
     std::array<float, 20> changeWithMyMix (const Path& path, int changingType, bool locked)
@@ -74,7 +63,7 @@ TEST (MixLock, EveryPresetChangeKeepsTheMixWhenLocked)
     ScopedConfigHome home;
     Quorlane reference;
 
-    for (const auto& path : paths())
+    for (const auto& path : paths)
     {
         auto expected = reference.getSlot (path.source)->values;
         ASSERT_NE (expected[wetGain], myWetGain);
