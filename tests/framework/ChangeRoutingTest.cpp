@@ -4,6 +4,7 @@
 // one bank, whatever the message thread is loading meanwhile.
 
 #include "ProbeEffect.h"
+#include "tests/support/PluginBlocks.h"
 #include "tests/support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
@@ -95,26 +96,15 @@ TEST (ChangeRouting, ProgramChangesApplyWholeSlotsWhileBanksLoad)
             midi.addEvent (juce::MidiMessage::programChange (1, program), 0);
             fx.processBlock (buffer, midi);
 
-            std::array<float, numValues> live;
-
-            for (int i = 0; i < numValues; ++i)
-                live[(size_t) i] = parameterValue (fx, i);
-
+            const auto live = liveValues (fx);
             const auto isSlotOf = [&] (int bank)
             {
                 const auto expected = ProbeEffect::valuesOf (bank, program);
-
-                for (int i = 0; i < numValues; ++i)
-                    if (std::abs (live[(size_t) i] - expected[(size_t) i]) > 1e-6f)
-                        return false;
-
-                return true;
+                return std::equal (live.begin(), live.end(), expected.begin(), [] (float a, float b) { return std::abs (a - b) <= 1e-6f; });
             };
 
             ++applied;
-
-            if (! isSlotOf (0) && ! isSlotOf (1))
-                ++torn;
+            torn += ! isSlotOf (0) && ! isSlotOf (1);
         }
     });
 

@@ -78,11 +78,9 @@ TEST (HostInterface, TailLengthAndDecayDisplayFollowTheDecayInputsFromEveryThrea
 
     const auto expected = [&plugin]
     {
+        const auto live = liveValues (plugin);
         std::array<double, QuorlaneMapping::parameterCount> values {};
-
-        for (std::uint32_t i = 0; i < values.size(); ++i)
-            values[i] = plugin.getPluginParameter (i)->getNormalisedValue();
-
+        std::copy (live.begin(), live.end(), values.begin());
         return QuorlaneCore::estimateDecaySeconds (values, 48000.0);
     };
 
