@@ -54,12 +54,6 @@ inline Stereo render (QuorlaneCore& core, const Stereo& input, std::vector<int> 
     return out;
 }
 
-inline void append (Stereo& a, const Stereo& b)
-{
-    a.left.insert (a.left.end(), b.left.begin(), b.left.end());
-    a.right.insert (a.right.end(), b.right.begin(), b.right.end());
-}
-
 inline std::unique_ptr<QuorlaneCore> makeCore (double sampleRate, unsigned quality = 0)
 {
     auto core = std::make_unique<QuorlaneCore>();

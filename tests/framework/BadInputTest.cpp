@@ -1,10 +1,11 @@
-// The readers of outside documents (state chunk, controller map file, user
-// settings) fed the corpus in tests/corpus: each reader's "refused" folder
-// holds documents that must change nothing, its "tolerated" folder accepted
-// documents full of values and names that must be skipped or contained.
+// The readers of outside documents (state chunk, program chunk, controller
+// map, preset and bank files, user settings) fed the corpus in tests/corpus:
+// each reader's "refused" documents must change nothing; its "tolerated" ones
+// are accepted, with whatever is unusable skipped or contained.
 #include "engine/Quorlane.h"
 #include "tests/support/Corpus.h"
 #include "tests/support/MidiMapChecks.h"
+#include "tests/support/PresetBankChecks.h"
 #include "tests/support/ScopedConfigHome.h"
 #include "tests/support/StateChunk.h"
 
@@ -18,6 +19,8 @@ namespace
     // An instance whose every part of the project state differs from a new one's.
     void giveProjectState (Quorlane& plugin)
     {
+        plugin.changeToPreset (5);
+        plugin.renameSlot (5, "Mine");
         plugin.getPluginParameter (0)->setNormalisedValue (0.25f, ChangeOrigin::editor);
         plugin.getPluginParameter (18)->setNormalisedValue (0.625f, ChangeOrigin::editor);
         plugin.getMidiControl().assign (10, plugin.getPluginParameter (6), true);
@@ -26,43 +29,62 @@ namespace
 
     juce::String stateText (Quorlane& plugin) { return plugin.buildState()->toString(); }
 
-    // Hands the file's bytes, whatever they are, to the instance as a state chunk.
-    void restoreFile (Quorlane& plugin, const juce::File& file)
+    juce::MemoryBlock chunkOf (const juce::File& file)
     {
         juce::MemoryBlock bytes;
         file.loadFileAsData (bytes);
-        const auto chunk = stateChunkFromText (bytes.getData(), bytes.getSize());
-        plugin.setStateInformation (chunk.getData(), (int) chunk.getSize());
+        return stateChunkFromText (bytes.getData(), bytes.getSize());
     }
 
-    juce::String deeplyNested (const std::string& root, size_t depth)
+    // How a document reaches each reader; the chunks report nothing back.
+    struct Reader
     {
-        std::string text = "<" + root + " application=\"Quorlane\">";
-        for (size_t i = 0; i < depth; ++i) text += "<a>";
-        for (size_t i = 0; i < depth; ++i) text += "</a>";
-        return text + "</" + root + ">";
-    }
+        const char* folder;
+        const char* root;
+        bool reports;
+        bool (*read) (Quorlane&, const juce::File&);
+    };
+
+    const Reader readers[] = {
+        { "state", "PluginState", false, [] (Quorlane& p, const juce::File& f)
+            { const auto c = chunkOf (f); p.setStateInformation (c.getData(), (int) c.getSize()); return true; } },
+        { "preset", "Preset", false, [] (Quorlane& p, const juce::File& f)
+            { const auto c = chunkOf (f); p.setCurrentProgramStateInformation (c.getData(), (int) c.getSize()); return true; } },
+        { "preset", "Preset", true, [] (Quorlane& p, const juce::File& f) { return p.loadPresetFile (f, 5); } },
+        { "bank", "PresetBank", true, [] (Quorlane& p, const juce::File& f) { return p.loadBankFile (f); } },
+        { "midimap", "MidiControlMap", true, [] (Quorlane& p, const juce::File& f) { return p.getMidiControl().loadFile (f); } },
+    };
 }
 
-TEST (BadInput, RefusedStateChunksLeaveTheWholeStateInPlace)
+TEST (BadInput, RefusedDocumentsChangeNothing)
 {
+    const ScopedConfigHome home;
     Quorlane plugin;
     giveProjectState (plugin);
     const auto before = stateText (plugin);
 
-    auto files = corpusFiles ("state", "refused");
-    ASSERT_GE (files.size(), 8);
-    const juce::TemporaryFile deep;
-    ASSERT_TRUE (deep.getFile().replaceWithText (deeplyNested ("PluginState", 300000)));
-    files.add (deep.getFile());
-
-    for (const auto& file : files)
+    for (const auto& reader : readers)
     {
-        restoreFile (plugin, file);
-        EXPECT_EQ (stateText (plugin), before) << file.getFileName();
+        auto files = corpusFiles (reader.folder, "refused");
+        ASSERT_GE (files.size(), 6) << reader.folder;
+
+        // Deeper than any stack could recurse, and no file at all.
+        const juce::TemporaryFile deepFile;
+        ASSERT_TRUE (deepFile.getFile().replaceWithText ("<" + juce::String (reader.root) + " application=\"Quorlane\">"
+                                                         + juce::String::repeatedString ("<a>", 300000)
+                                                         + juce::String::repeatedString ("</a>", 300000) + "</" + reader.root + ">"));
+        files.addArray ({ deepFile.getFile(), juce::File ("/"), juce::File ("/no/such/document.xml") });
+
+        for (const auto& file : files)
+        {
+            SCOPED_TRACE (juce::String (reader.folder) + (reader.reports ? " file " : " chunk ") + file.getFileName());
+            EXPECT_FALSE (reader.read (plugin, file) && reader.reports);
+            EXPECT_EQ (stateText (plugin), before);
+        }
     }
 
-    // Raw bytes that are no chunk at all, and cuts through a real chunk.
+    // Raw bytes that are no chunk at all, and cuts through a real chunk, each
+    // also just before the next '>' where a cut end tag would pass for a whole one.
     juce::MemoryBlock good;
     plugin.getStateInformation (good);
 
@@ -70,9 +92,6 @@ TEST (BadInput, RefusedStateChunksLeaveTheWholeStateInPlace)
         plugin.setStateInformation (bytes.getData(), (int) bytes.getSize());
 
     plugin.setStateInformation (nullptr, 100);
-
-    // Spread cuts, each also just before the next '>', where a cut end tag
-    // would otherwise pass for a complete one.
     const auto* bytes = static_cast<const char*> (good.getData());
 
     for (size_t step = 0; step < 40; ++step)
@@ -86,66 +105,75 @@ TEST (BadInput, RefusedStateChunksLeaveTheWholeStateInPlace)
             ASSERT_EQ (stateText (plugin), before) << "cut at " << length;
         }
     }
+
+    // Every cut through a good bank file.
+    const juce::TemporaryFile bank (".qlprsb");
+    ASSERT_TRUE (plugin.saveBankFile (bank.getFile()));
+    const auto whole = bank.getFile().loadFileAsString();
+
+    for (int step = 1; step < 60; ++step)
+    {
+        ASSERT_TRUE (bank.getFile().replaceWithText (whole.substring (0, whole.length() * step / 60)));
+        ASSERT_FALSE (plugin.loadBankFile (bank.getFile())) << "cut at " << whole.length() * step / 60;
+    }
+
+    EXPECT_EQ (stateText (plugin), before);
 }
 
-TEST (BadInput, AcceptedStateChunksKeepEveryValueInItsRange)
+TEST (BadInput, ToleratedDocumentsKeepEveryValueMapAndSlotSound)
 {
-    auto files = corpusFiles ("state", "tolerated");
-    ASSERT_GE (files.size(), 3);
+    const ScopedConfigHome home;
 
-    for (const auto& file : files)
+    for (const auto& reader : readers)
     {
-        Quorlane plugin;
-        giveProjectState (plugin);
-        restoreFile (plugin, file);
+        const auto files = corpusFiles (reader.folder, "tolerated");
+        ASSERT_GE (files.size(), 3) << reader.folder;
 
-        for (auto* p : plugin.getParameterManager().getAllParameters())
+        for (const auto& file : files)
         {
-            const auto value = p->getNormalisedValue();
-            EXPECT_TRUE (std::isfinite (value) && value >= 0.0f && value <= 1.0f) << file.getFileName() << ": " << p->getName() << " = " << value;
+            SCOPED_TRACE (juce::String (reader.folder) + (reader.reports ? " file " : " chunk ") + file.getFileName());
+            Quorlane plugin;
+            giveProjectState (plugin);
+            EXPECT_TRUE (reader.read (plugin, file));
+
+            for (auto* p : plugin.getParameterManager().getAllParameters())
+            {
+                const auto value = p->getNormalisedValue();
+                EXPECT_TRUE (std::isfinite (value) && value >= 0.0f && value <= 1.0f) << p->getName() << " = " << value;
+            }
+
+            EXPECT_EQ (midiMapProblems (plugin.getMidiControl()), "");
+            EXPECT_EQ (presetBankProblems (plugin), "");
+            EXPECT_EQ (plugin.getCurrentQualityStep(), 2) << "no valid quality keyword in it; presets never reach Quality";
+
+            if (reader.root == std::string ("MidiControlMap"))
+            {
+                EXPECT_EQ (plugin.getMidiControl().getParameterAt (10), nullptr) << "a map replaces the whole map";
+            }
         }
-
-        EXPECT_EQ (midiMapProblems (plugin.getMidiControl()), "") << file.getFileName();
-        EXPECT_EQ (plugin.getCurrentQualityStep(), 2) << file.getFileName() << ": no valid quality keyword in it";
-    }
-}
-
-TEST (BadInput, RefusedMapFilesChangeNothingAndAcceptedOnesBindOnlyWhatCanBeBound)
-{
-    ParameterManager parameters;
-    parameters.load ("parameters.xml");
-    MidiControl control { parameters, [] { return juce::String ("Quorlane"); } };
-    control.assign (10, parameters.getParameter (6), true);
-
-    const juce::TemporaryFile deep (MidiControl::fileExtension);
-    ASSERT_TRUE (deep.getFile().replaceWithText (deeplyNested ("MidiControlMap", 300000)));
-    auto refused = corpusFiles ("midimap", "refused");
-    refused.addArray ({ deep.getFile(), juce::File ("/") });
-
-    for (const auto& file : refused)
-    {
-        EXPECT_FALSE (control.loadFile (file)) << file.getFileName();
-        EXPECT_EQ (control.getMappedCount(), 1) << file.getFileName();
-        EXPECT_EQ (control.getParameterAt (10), parameters.getParameter (6)) << file.getFileName();
     }
 
-    for (const auto& file : corpusFiles ("midimap", "tolerated"))
-    {
-        control.assign (10, parameters.getParameter (6), true);
-        EXPECT_TRUE (control.loadFile (file)) << file.getFileName();
-        EXPECT_EQ (midiMapProblems (control), "") << file.getFileName();
-        EXPECT_EQ (control.getParameterAt (10), nullptr) << file.getFileName() << ": a map replaces the whole map";
-    }
+    // Ten thousand presets: the first 128 are kept, a later group is left
+    // empty, and no "Not used" group is added.
+    juce::String text ("<PresetBank name='Huge'><PresetGroup name='All'>");
+    for (int i = 0; i < 10000; ++i)
+        text << "<Preset application='Quorlane' name='p" << i << "'><param name='FX' value='0.25'/></Preset>";
+    const juce::TemporaryFile bank (".qlprsb");
+    ASSERT_TRUE (bank.getFile().replaceWithText (text + "</PresetGroup><PresetGroup name='Late'>"
+                                                 "<Preset application='Quorlane' name='q'/></PresetGroup></PresetBank>"));
+
+    Quorlane plugin;
+    ASSERT_TRUE (plugin.loadBankFile (bank.getFile()));
+    ASSERT_EQ (plugin.getGroups().size(), 2u);
+    EXPECT_EQ (plugin.getGroups()[1].count, 0);
+    EXPECT_EQ (plugin.getSlotName (127), "p127");
+    EXPECT_EQ (presetBankProblems (plugin), "");
 }
 
 TEST (BadInput, MissingUnreadableOrOddSettingsLeaveTheDefaults)
 {
     const ScopedConfigHome home;
-    {
-        Quorlane plugin;
-        EXPECT_EQ (plugin.getDefaultQuality(), 0) << "no settings file yet";
-    }
-
+    EXPECT_EQ (Quorlane().getDefaultQuality(), 0) << "no settings file yet";
     const auto refused = corpusFiles ("settings", "refused");
     auto files = refused;
     files.addArray (corpusFiles ("settings", "tolerated"));
@@ -155,7 +183,6 @@ TEST (BadInput, MissingUnreadableOrOddSettingsLeaveTheDefaults)
         home.settingsFile().getParentDirectory().createDirectory();
         ASSERT_TRUE (file.copyFileTo (home.settingsFile()));
         Quorlane plugin;
-
         EXPECT_EQ (plugin.getDefaultQuality(), 0) << file.getFileName();
         EXPECT_EQ (plugin.getCurrentQualityStep(), 0) << file.getFileName();
         EXPECT_EQ (plugin.getMidiControl().getMappedCount(), 0) << file.getFileName();

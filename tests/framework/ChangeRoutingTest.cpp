@@ -3,10 +3,9 @@
 // parameters hold; and the audio thread applies a preset as one whole slot of
 // one bank, whatever the message thread is loading meanwhile.
 
-#include "../support/ScopedConfigHome.h"
-#include "engine/ParameterInbox.h"
-#include "framework/CorvelleEffect.h"
-#include "presets/PresetBank.h"
+#include "ProbeEffect.h"
+#include "tests/support/PluginBlocks.h"
+#include "tests/support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
 
@@ -15,96 +14,6 @@
 namespace
 {
     constexpr int numValues = BasePluginOldStyle::numPresetableParameters;
-
-    // An engine that keeps what its inbox hands it. A preset change reaches
-    // its quiet point a fixed number of render calls after it began, as a
-    // fade would.
-    struct ProbeCore : CorvelleEffect::Core
-    {
-        static constexpr int fadeCalls = 12;
-
-        void setParameter (uint32_t index, float value) noexcept { values[index] = value; }
-        void setQuality (unsigned) noexcept {}
-        void beginPresetChange() noexcept { callsToQuietPoint = fadeCalls; }
-
-        void postParameter (uint32_t index, float value) noexcept override { inbox.postParameter (index, value); }
-        void postQuality (unsigned quality) noexcept override { inbox.postQuality (quality); }
-        void postPresetChange() noexcept override { inbox.postPresetChange(); }
-        void reset() override {}
-        void prepare (double, int) override { inbox.deliverTo (*this); }
-        int getLatency() const override { return 32; }
-        void setPresetChangeTarget (PresetChangeTarget* t) noexcept override { target = t; }
-        bool isPresetFadeActive() const noexcept override { return callsToQuietPoint > 0; }
-        void requestMeters() noexcept override {}
-        bool takeMeters (float&, float&) noexcept override { return false; }
-
-        void process (const float* const*, float* const*, int) override { render(); }
-        void processMono (float* const*, int) override { render(); }
-
-        void render()
-        {
-            inbox.deliverTo (*this);
-
-            if (callsToQuietPoint > 0 && --callsToQuietPoint == 0 && target != nullptr)
-            {
-                target->applyPendingPresetChange();
-                inbox.deliverTo (*this);
-            }
-        }
-
-        // What the engine runs from its next sample on: what it holds, with
-        // what is waiting in its inbox taken first.
-        float runs (uint32_t index)
-        {
-            inbox.deliverTo (*this);
-            return values[index];
-        }
-
-        ParameterInbox inbox;
-        std::array<float, ParameterInbox::maxIndices> values {};
-        PresetChangeTarget* target = nullptr;
-        int callsToQuietPoint = 0;
-    };
-
-    struct ProbeEffect : CorvelleEffect
-    {
-        ProbeEffect() { initialise(); }
-
-        juce::String getPluginName() const override { return "Quorlane"; }
-        double getTailLengthSeconds() const override { return 0.0; }
-        juce::AudioProcessorEditor* createEditor() override { return nullptr; }
-
-        std::unique_ptr<Core> createCore() override
-        {
-            auto made = std::make_unique<ProbeCore>();
-            probe = made.get();
-            return made;
-        }
-
-        // Every slot's values from one formula, the bank's number apart.
-        void loadBank (int number)
-        {
-            PresetBankRecord bank;
-            bank.reset (getDefaultPreset());
-
-            for (int slot = 0; slot < numSlots; ++slot)
-                bank.slots[(size_t) slot].values = valuesOf (number, slot);
-
-            readBankElement (*PresetBank::write (bank, getParameterManager(), getPluginName()));
-        }
-
-        static std::array<float, numValues> valuesOf (int bankNumber, int slot)
-        {
-            std::array<float, numValues> values;
-
-            for (int i = 0; i < numValues; ++i)
-                values[(size_t) i] = 0.05f + 0.45f * (float) bankNumber + 0.003f * (float) slot + 0.001f * (float) i;
-
-            return values;
-        }
-
-        ProbeCore* probe = nullptr;
-    };
 
     void processBlock (ProbeEffect& fx, juce::MidiBuffer midi = {})
     {
@@ -187,26 +96,15 @@ TEST (ChangeRouting, ProgramChangesApplyWholeSlotsWhileBanksLoad)
             midi.addEvent (juce::MidiMessage::programChange (1, program), 0);
             fx.processBlock (buffer, midi);
 
-            std::array<float, numValues> live;
-
-            for (int i = 0; i < numValues; ++i)
-                live[(size_t) i] = parameterValue (fx, i);
-
+            const auto live = liveValues (fx);
             const auto isSlotOf = [&] (int bank)
             {
                 const auto expected = ProbeEffect::valuesOf (bank, program);
-
-                for (int i = 0; i < numValues; ++i)
-                    if (std::abs (live[(size_t) i] - expected[(size_t) i]) > 1e-6f)
-                        return false;
-
-                return true;
+                return std::equal (live.begin(), live.end(), expected.begin(), [] (float a, float b) { return std::abs (a - b) <= 1e-6f; });
             };
 
             ++applied;
-
-            if (! isSlotOf (0) && ! isSlotOf (1))
-                ++torn;
+            torn += ! isSlotOf (0) && ! isSlotOf (1);
         }
     });
 

@@ -36,27 +36,42 @@ namespace
     };
 }
 
-TEST (FloatParameter, EverySetterConvertsIntoTheRangeAndClamps)
+// The decay time, and the preset number and name as the host and the editor set them.
+TEST (ParameterKinds, EverySetterConvertsIntoTheRangeAndClamps)
 {
     FloatParameter decay (21, "Decay Time", 0.0f, 1000.0f, 0.0f);
-    const struct { void (*set) (Parameter&); float value; } cases[] = {
-        { [] (Parameter& p) { p.setNormalisedValue (1.7f, ChangeOrigin::quiet); }, 1000.0f },
-        { [] (Parameter& p) { p.setNormalisedValue (-0.2f, ChangeOrigin::quiet); }, 0.0f },
-        { [] (Parameter& p) { p.setNormalisedValue (0.25f, ChangeOrigin::quiet); }, 250.0f },
-        { [] (Parameter& p) { p.setValue (std::nanf (""), ChangeOrigin::quiet); }, 0.0f }, // NaN compares false with both bounds
-        { [] (Parameter& p) { p.setText ("abc", ChangeOrigin::quiet); }, 0.0f },
-        { [] (Parameter& p) { p.setText ("250", ChangeOrigin::quiet); }, 250.0f },
-        { [] (Parameter& p) { p.setIntValue (3000, ChangeOrigin::quiet); }, 1000.0f },
-        { [] (Parameter& p) { p.setBoolValue (true, ChangeOrigin::quiet); }, 1000.0f },
-        { [] (Parameter& p) { p.setBoolValue (false, ChangeOrigin::quiet); }, 0.0f },
+    IntParameter number (110000, "Current Preset Number", 0, 127, 0);
+    StringParameter name (110001, "Current Preset Name", "Concert hall", 32);
+    using Set = void (*) (Parameter&);
+    const struct { Parameter& p; Set set; juce::String text; } rows[] = {
+        { decay, [] (Parameter& p) { p.setNormalisedValue (1.7f, ChangeOrigin::quiet); }, "1000.000000000" },
+        { decay, [] (Parameter& p) { p.setNormalisedValue (-0.2f, ChangeOrigin::quiet); }, "0.000000000" },
+        { decay, [] (Parameter& p) { p.setNormalisedValue (0.25f, ChangeOrigin::quiet); }, "250.000000000" },
+        { decay, [] (Parameter& p) { p.setValue (std::nanf (""), ChangeOrigin::quiet); }, "0.000000000" }, // NaN compares false with both bounds
+        { decay, [] (Parameter& p) { p.setText ("abc", ChangeOrigin::quiet); }, "0.000000000" },
+        { decay, [] (Parameter& p) { p.setText ("250", ChangeOrigin::quiet); }, "250.000000000" },
+        { decay, [] (Parameter& p) { p.setIntValue (3000, ChangeOrigin::quiet); }, "1000.000000000" },
+        { decay, [] (Parameter& p) { p.setBoolValue (true, ChangeOrigin::quiet); }, "1000.000000000" },
+        { decay, [] (Parameter& p) { p.setBoolValue (false, ChangeOrigin::quiet); }, "0.000000000" },
+        { number, [] (Parameter& p) { p.setNormalisedValue (1.0f, ChangeOrigin::quiet); }, "127" },
+        { number, [] (Parameter& p) { p.setNormalisedValue (0.5f, ChangeOrigin::quiet); }, "64" },
+        { number, [] (Parameter& p) { p.setIntValue (500, ChangeOrigin::quiet); }, "127" },
+        { number, [] (Parameter& p) { p.setText ("12", ChangeOrigin::quiet); }, "12" },
+        { number, [] (Parameter& p) { p.setValue (std::nanf (""), ChangeOrigin::quiet); }, "0" },
+        { name, [] (Parameter& p) { p.setText (juce::String::repeatedString ("x", 40), ChangeOrigin::quiet); }, juce::String::repeatedString ("x", 32) },
+        { name, [] (Parameter& p) { p.setIntValue (42, ChangeOrigin::quiet); }, "42" },
     };
 
-    for (size_t i = 0; i < std::size (cases); ++i)
+    for (size_t i = 0; i < std::size (rows); ++i)
     {
         decay.setValue (700.0f, ChangeOrigin::quiet);
-        cases[i].set (decay);
-        EXPECT_EQ (decay.getValue(), cases[i].value) << "case " << i;
+        rows[i].set (rows[i].p);
+        EXPECT_EQ (rows[i].p.getText(), rows[i].text) << "row " << i;
     }
+
+    EXPECT_EQ (name.getIntValue(), 42);
+    number.setIntValue (50, ChangeOrigin::quiet);
+    EXPECT_FLOAT_EQ (number.getNormalisedValue(), 50.0f / 127.0f);
 
     // The flag is the upper half of the range, the midpoint included.
     decay.setValue (500.0f, ChangeOrigin::quiet);
@@ -148,33 +163,4 @@ TEST (ParameterNotification, ImmediateListenersHearTheOriginOnTheWriterAndDeferr
     p.flushDeferredNotification();
     EXPECT_EQ (deferred.calls, 2);
     EXPECT_EQ (first.lastValue, 0.5f) << "a quiet change tells nobody";
-}
-
-// The preset number and name, as the host and the editor set them.
-TEST (ParameterKinds, EachReadsTextAndNumbersInItsOwnUnitAndClonesItsValue)
-{
-    IntParameter number (110000, "Current Preset Number", 0, 127, 0);
-    StringParameter name (110001, "Current Preset Name", "Concert hall", 32);
-
-    // In order: each row starts from the value the row before left.
-    const struct { Parameter& p; void (*set) (Parameter&); juce::String text; } rows[] = {
-        { number, [] (Parameter& p) { p.setNormalisedValue (1.0f, ChangeOrigin::quiet); }, "127" },
-        { number, [] (Parameter& p) { p.setNormalisedValue (0.5f, ChangeOrigin::quiet); }, "64" },
-        { number, [] (Parameter& p) { p.setIntValue (500, ChangeOrigin::quiet); }, "127" },
-        { number, [] (Parameter& p) { p.setText ("12", ChangeOrigin::quiet); }, "12" },
-        { number, [] (Parameter& p) { p.setValue (std::nanf (""), ChangeOrigin::quiet); }, "0" },
-        { name, [] (Parameter& p) { p.setText (juce::String::repeatedString ("x", 40), ChangeOrigin::quiet); }, juce::String::repeatedString ("x", 32) },
-        { name, [] (Parameter& p) { p.setIntValue (42, ChangeOrigin::quiet); }, "42" },
-    };
-
-    for (const auto& row : rows)
-    {
-        row.set (row.p);
-        EXPECT_EQ (row.p.getText(), row.text) << row.p.getName();
-        EXPECT_EQ (row.p.clone()->getText(), row.text) << row.p.getName();
-    }
-
-    number.setIntValue (50, ChangeOrigin::quiet);
-    EXPECT_FLOAT_EQ (number.getNormalisedValue(), 50.0f / 127.0f);
-    EXPECT_EQ (name.getIntValue(), 42);
 }

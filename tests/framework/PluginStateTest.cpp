@@ -1,15 +1,26 @@
+// The project state in process; the whole saved state's round trip through
+// each format's build is held by the hosting suites.
 #include "engine/Quorlane.h"
 #include "tests/support/PluginBlocks.h"
 
 #include <gtest/gtest.h>
 
-TEST (PluginState, AProjectComesBackWholeIntoAFreshInstance)
+namespace
+{
+    void restore (Quorlane& plugin, const juce::XmlElement& state)
+    {
+        juce::MemoryBlock chunk;
+        juce::AudioProcessor::copyXmlToBinary (state, chunk);
+        plugin.setStateInformation (chunk.getData(), (int) chunk.getSize());
+    }
+}
+
+TEST (PluginState, AProjectBringsBackItsPresetLiveValuesLearntMapAndQuality)
 {
     Quorlane source;
-    source.prepareToPlay (48000.0, 64);
-    source.getParameters()[0]->setValue (0.1234567f);
-    source.setHostParameterValue (6, 0.8125f);
-    source.setHostParameterValue (18, 0.375f);
+    prepare (source, 64);
+    source.changeToPreset (9);
+    source.getPluginParameter (1)->setNormalisedValue (0.1f, ChangeOrigin::editor);
     source.getPluginParameter (20)->setNormalisedValue (CorvelleEffect::qualityStepSize, ChangeOrigin::editor);
 
     // Bound the way a user does it: touch "FX", then move controller 33.
@@ -20,25 +31,42 @@ TEST (PluginState, AProjectComesBackWholeIntoAFreshInstance)
     runMessageLoop();
     midi.setLearnMode (false);
     ASSERT_EQ (midi.getParameterAt (33), source.getPluginParameter (18));
-
-    juce::MemoryBlock chunk;
-    source.getStateInformation (chunk);
+    const auto xml = source.buildState();
 
     Quorlane restored;
     restored.getMidiControl().assign (5, restored.getPluginParameter (0), true);
     restored.getMidiControl().setLearnMode (true);
-    restored.prepareToPlay (48000.0, 64); // as the host runs it, at the session's rate
-    restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
-
-    juce::MemoryBlock again;
-    restored.getStateInformation (again);
-    EXPECT_EQ (again, chunk);
-    EXPECT_FLOAT_EQ (restored.getPluginParameter (0)->getValue(), 0.123457f);
+    prepare (restored, 64); // as the host runs it, at the session's rate
+    restore (restored, *xml);
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 9u);
+    EXPECT_EQ (restored.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText(), "Smooth Piano Ballad [d/w]");
+    EXPECT_EQ (restored.getPluginParameter (1)->getNormalisedValue(), 0.1f) << "the live values, not the slot's";
     EXPECT_EQ (restored.getMidiControl().getParameterAt (33), restored.getPluginParameter (18));
     EXPECT_EQ (restored.getMidiControl().getMappedCount(), 1);
     EXPECT_FALSE (restored.getMidiControl().isLearnMode());
     EXPECT_EQ (restored.getCurrentQualityStep(), 1);
     EXPECT_EQ (restored.getPluginParameter (18)->getNormalisedValue(), 1.0f);
+
+    // A current preset beyond the slots is rejected; the bank still loads.
+    auto* presets = xml->getChildByName ("PresetsState");
+    ASSERT_NE (presets, nullptr);
+    presets->setAttribute ("currentPreset", 200);
+    presets->getChildElement (0)->getChildElement (0)->getChildElement (4)->setAttribute ("name", "Again");
+    restore (restored, *xml);
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 9u);
+    EXPECT_EQ (restored.getSlotName (4), "Again");
+
+    // Without currentPreset the attribute reads as the integer 0.
+    presets->removeAttribute ("currentPreset");
+    restore (restored, *xml);
+    EXPECT_EQ (restored.getCurrentPresetIndex(), 0u);
+    EXPECT_EQ (restored.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText(), "Cristal Cave [d/w]");
+
+    restore (restored, *juce::parseXML ("<PluginState application='Quorlane'><ParametersState>"
+                                        "<param name='FX' value='0.25'/><param name='Quality' value='1'/>"
+                                        "<param name='No Such Knob' value='1'/></ParametersState></PluginState>"));
+    EXPECT_EQ (restored.getPluginParameter (18)->getNormalisedValue(), 0.25f);
+    EXPECT_EQ (restored.getCurrentQualityStep(), 3) << "a parameter beyond the presetable ones is set too";
 }
 
 // The values presets never hold travel beside the bank: written under their
@@ -58,13 +86,9 @@ TEST (PluginState, NonPresetableValuesTravelBesideTheBank)
     EXPECT_EQ (values->getChildByAttribute ("name", "Late Size"), nullptr);
 
     Quorlane restored;
-    juce::MemoryBlock chunk;
-    juce::AudioProcessor::copyXmlToBinary (*juce::parseXML ("<PluginState application=\"Quorlane\"><PresetsState currentPreset=\"3\">"
-                                                            "<NotPresetParams><param name=\"Quality\" value=\"1\"/>"
-                                                            "<param name=\"Late Size\" value=\"0.01\"/></NotPresetParams>"
-                                                            "</PresetsState></PluginState>"),
-                                           chunk);
-    restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
+    restore (restored, *juce::parseXML ("<PluginState application=\"Quorlane\"><PresetsState currentPreset=\"3\">"
+                                        "<NotPresetParams><param name=\"Quality\" value=\"1\"/>"
+                                        "<param name=\"Late Size\" value=\"0.01\"/></NotPresetParams></PresetsState></PluginState>"));
     EXPECT_EQ (restored.getCurrentQualityStep(), 3);
     EXPECT_EQ (restored.getCurrentPresetIndex(), 3u);
     EXPECT_NE (restored.getPluginParameter (6)->getNormalisedValue(), 0.01f) << "Late Size is presetable";

@@ -1,56 +1,87 @@
+// The user settings file: where new instances start (quality, controller map,
+// which bank fills the slots, storing and changing modes), and what a change
+// writes back.
 #include "engine/Quorlane.h"
 #include "tests/support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
 
-TEST (UserSettings, QualityKeywordsChooseWhereNewInstancesStart)
+TEST (UserSettings, KeywordsChooseWhereNewInstancesStart)
 {
     const ScopedConfigHome home;
-
-    home.writeSettings (R"(<QualitySettings default="medium"/><Other default="low"/><QualitySettings default="highest"/>)");
+    home.writeSettings (R"(<QualitySettings default="medium"/><Other default="low"/><QualitySettings default="highest"/>)"
+                        "<ResourcesSettings><Presets default='CLEARpresets'/></ResourcesSettings>"
+                        "<PresetSettings storing='Automatic' changing='Silent'/>");
     {
         Quorlane plugin;
         EXPECT_EQ (plugin.getDefaultQuality(), 3) << "the last QualitySettings wins";
         EXPECT_NEAR (plugin.getPluginParameter (20)->getNormalisedValue(), 1.0f, 1e-6f);
         EXPECT_EQ (plugin.getCurrentQualityStep(), 3);
+        EXPECT_EQ (plugin.getDefaultPresetsMode(), BasePluginOldStyle::clearPresets);
+        EXPECT_EQ (plugin.getSlotName (0), "Preset 1");
+        EXPECT_EQ (plugin.getStoringMode(), BasePluginOldStyle::automaticStoring);
+        EXPECT_EQ (plugin.getChangingType(), BasePluginOldStyle::silentChange);
     }
 
-    home.writeSettings (R"(<QualitySettings default="high"/><QualitySettings default="ultra"/><QualitySettings default="HIGHEST"/>)");
+    // Unknown keywords leave what was read before: the factory presets.
+    home.writeSettings (R"(<QualitySettings default="high"/><QualitySettings default="ultra"/><QualitySettings default="HIGHEST"/>)"
+                        "<ResourcesSettings><Presets default='userPresets' file='x'/></ResourcesSettings>");
     {
         Quorlane plugin;
-        EXPECT_EQ (plugin.getDefaultQuality(), 2) << "unknown keywords leave the value read before";
+        EXPECT_EQ (plugin.getDefaultQuality(), 2);
+        EXPECT_EQ (plugin.getSlotName (0), "Cristal Cave [d/w]");
+    }
+
+    for (const auto& file : { juce::String ("/no/such/bank.qlprsb"), juce::String() })
+    {
+        home.writeSettings ("<ResourcesSettings><Presets default='userDefinedPresets' file='" + file + "'/></ResourcesSettings>");
+        Quorlane plugin;
+        EXPECT_EQ (plugin.getDefaultPresetsMode(), BasePluginOldStyle::userDefinedPresets);
+        EXPECT_EQ (plugin.getSlotName (0), "Cristal Cave [d/w]") << file;
     }
 }
 
-TEST (UserSettings, ANewDefaultIsSavedForLaterInstancesAndLeavesTheCurrentQuality)
-{
-    const ScopedConfigHome home;
-    Quorlane plugin;
-
-    plugin.setDefaultQuality (2);
-    plugin.setDefaultQuality (7);
-    EXPECT_EQ (plugin.getCurrentQualityStep(), 0);
-
-    Quorlane next;
-    EXPECT_EQ (next.getDefaultQuality(), 2);
-    EXPECT_EQ (next.getCurrentQualityStep(), 2);
-}
-
-TEST (UserSettings, ADefaultMidiMapStartsEveryInstanceUntilAProjectBringsItsOwn)
+// A change from the settings page is written at once, beside the other
+// settings, and starts later instances; the current one keeps its quality,
+// and a project's own (empty) controller map replaces the default one.
+TEST (UserSettings, ChangesAreSavedForLaterInstances)
 {
     const ScopedConfigHome home;
     const auto mapFile = home.getFolder().getChildFile ("faders" + juce::String (MidiControl::fileExtension));
+    const auto bankFile = home.getFolder().getChildFile ("mine.qlprsb");
     juce::MemoryBlock projectWithoutMappings;
 
     {
         Quorlane plugin;
         plugin.getStateInformation (projectWithoutMappings);
+        plugin.renameSlot (0, "From my bank");
+        ASSERT_TRUE (plugin.saveBankFile (bankFile));
         plugin.getMidiControl().assign (21, plugin.getPluginParameter (18), true);
         ASSERT_TRUE (plugin.getMidiControl().saveFile (mapFile));
+
+        plugin.setDefaultQuality (2);
+        plugin.setDefaultQuality (7);
+        EXPECT_EQ (plugin.getCurrentQualityStep(), 0);
         plugin.setDefaultMidiMapFile (mapFile);
+        plugin.setDefaultPresetsMode (BasePluginOldStyle::userDefinedPresets);
+        plugin.setDefaultPresetsFile (bankFile);
+        plugin.setStoringMode (BasePluginOldStyle::onDemandStoring);
     }
 
+    const auto saved = juce::parseXML (home.settingsFile());
+    ASSERT_NE (saved, nullptr);
+    const auto* resources = saved->getChildByName ("ResourcesSettings");
+    ASSERT_NE (resources, nullptr);
+    EXPECT_EQ (resources->getNextElementWithTagName ("ResourcesSettings"), nullptr) << saved->toString();
+    ASSERT_NE (resources->getChildByName ("Presets"), nullptr);
+    EXPECT_EQ (resources->getChildByName ("Presets")->getStringAttribute ("default"), "userDefinedPresets");
+    EXPECT_NE (resources->getChildByName ("MidiCCMap"), nullptr);
+    EXPECT_EQ (saved->getChildByName ("PresetSettings")->getStringAttribute ("storing"), "onDemand");
+
     Quorlane plugin;
+    EXPECT_EQ (plugin.getDefaultQuality(), 2);
+    EXPECT_EQ (plugin.getCurrentQualityStep(), 2);
+    EXPECT_EQ (plugin.getSlotName (0), "From my bank");
     EXPECT_EQ (plugin.getDefaultMidiMapFile(), mapFile);
     EXPECT_EQ (plugin.getMidiControl().getParameterAt (21), plugin.getPluginParameter (18));
 

@@ -1,7 +1,7 @@
 // The mix lock: preset changes keep "FX" and "Wet Gain" on every path that
 // changes presets, normal and silent, preset and bank files included; a new
-// instance still starts with its first preset in full; the project keeps the
-// result and the user settings keep the option.
+// instance still starts with its first preset in full; the user settings keep
+// the option.
 #include "editor/OldStylePresetsBrowser.h"
 #include "engine/Quorlane.h"
 #include "tests/support/PluginBlocks.h"
@@ -15,42 +15,31 @@ namespace
     constexpr float myWetGain = 0.71234f, myFx = 0.91234f;
     constexpr int blockSize = 512;
 
-    struct Path
-    {
-        const char* name;
-        int target;     // the slot the path changes to, from slot 0
-        int source;     // the slot whose values it brings
-        std::function<void (Quorlane&)> change;
+    // A way to change presets: the slot it changes to from slot 0, the slot whose values it brings.
+    const struct Path { const char* name; int target, source; void (*change) (Quorlane&); } paths[] = {
+        { "browser", 30, 30, [] (Quorlane& plugin)
+            {
+                OldStylePresetsBrowser browser (plugin);
+                browser.chooseGroup (1);
+                auto& column = dynamic_cast<OldStylePresetsBrowser::PresetListColumn&> (*browser.getColumn (1));
+                column.itemChosen (30 - plugin.getFirstSlotOfGroup (1));
+            } },
+        { "arrow", 1, 1, [] (Quorlane& plugin) { plugin.handleEvent (EventRegistry::selectNextPreset); } },
+        { "program change", 40, 40, [] (Quorlane& plugin)
+            { processBlocks (plugin, blockSize, 1, midiEvent (juce::MidiMessage::programChange (1, 40), 10)); } },
+        { "preset file into the current slot", 0, 30, [] (Quorlane& plugin)
+            {
+                const juce::TemporaryFile file (plugin.getPresetFileExtension());
+                ASSERT_TRUE (plugin.savePresetFile (file.getFile(), 30));
+                ASSERT_TRUE (plugin.loadPresetFile (file.getFile(), 0));
+            } },
+        { "bank file", 0, 0, [] (Quorlane& plugin)
+            {
+                const juce::TemporaryFile file (plugin.getBankFileExtension());
+                ASSERT_TRUE (plugin.saveBankFile (file.getFile()));
+                ASSERT_TRUE (plugin.loadBankFile (file.getFile()));
+            } },
     };
-
-    const std::vector<Path>& paths()
-    {
-        static const std::vector<Path> all {
-            { "browser", 30, 30, [] (Quorlane& plugin)
-                {
-                    OldStylePresetsBrowser browser (plugin);
-                    browser.chooseGroup (1);
-                    auto& column = dynamic_cast<OldStylePresetsBrowser::PresetListColumn&> (*browser.getColumn (1));
-                    column.itemChosen (30 - plugin.getFirstSlotOfGroup (1));
-                } },
-            { "arrow", 1, 1, [] (Quorlane& plugin) { plugin.handleEvent (EventRegistry::selectNextPreset); } },
-            { "program change", 40, 40, [] (Quorlane& plugin)
-                { processBlocks (plugin, blockSize, 1, midiEvent (juce::MidiMessage::programChange (1, 40), 10)); } },
-            { "preset file into the current slot", 0, 30, [] (Quorlane& plugin)
-                {
-                    const juce::TemporaryFile file (plugin.getPresetFileExtension());
-                    ASSERT_TRUE (plugin.savePresetFile (file.getFile(), 30));
-                    ASSERT_TRUE (plugin.loadPresetFile (file.getFile(), 0));
-                } },
-            { "bank file", 0, 0, [] (Quorlane& plugin)
-                {
-                    const juce::TemporaryFile file (plugin.getBankFileExtension());
-                    ASSERT_TRUE (plugin.saveBankFile (file.getFile()));
-                    ASSERT_TRUE (plugin.loadBankFile (file.getFile()));
-                } },
-        };
-        return all;
-    }
 
     // The live values after a change, with the mix set by hand first.
     std::array<float, 20> changeWithMyMix (const Path& path, int changingType, bool locked)
@@ -74,7 +63,7 @@ TEST (MixLock, EveryPresetChangeKeepsTheMixWhenLocked)
     ScopedConfigHome home;
     Quorlane reference;
 
-    for (const auto& path : paths())
+    for (const auto& path : paths)
     {
         auto expected = reference.getSlot (path.source)->values;
         ASSERT_NE (expected[wetGain], myWetGain);
@@ -93,28 +82,17 @@ TEST (MixLock, EveryPresetChangeKeepsTheMixWhenLocked)
     }
 }
 
-TEST (MixLock, TheOptionIsKeptAndTheProjectKeepsItsEffect)
+// Off by default, kept in the user settings; restoring a project sets the
+// live values it holds, the mix among them (PluginState).
+TEST (MixLock, TheOptionIsKeptAndANewInstanceStillStartsWithItsFirstPresetInFull)
 {
     ScopedConfigHome home;
-    juce::MemoryBlock chunk;
+    EXPECT_FALSE (Quorlane().isMixLocked());
+    Quorlane().setMixLock (true);
 
-    {
-        Quorlane plugin;
-        EXPECT_FALSE (plugin.isMixLocked()) << "off by default";
-        plugin.setMixLock (true);
-        plugin.getPluginParameter (fx)->setNormalisedValue (myFx, ChangeOrigin::editor);
-        plugin.changeToPreset (12);
-        plugin.getStateInformation (chunk);
-    }
-
-    Quorlane restored;
-    EXPECT_TRUE (restored.isMixLocked()) << "read back from the user settings";
-    EXPECT_EQ (liveValues (restored), restored.getSlot (0)->values) << "a new instance starts with its first preset in full";
-    restored.setStateInformation (chunk.getData(), (int) chunk.getSize());
-    EXPECT_EQ (restored.getCurrentPresetIndex(), 12u);
-    EXPECT_EQ (restored.getPluginParameter (fx)->getNormalisedValue(), myFx);
-    EXPECT_EQ (restored.getPluginParameter (0)->getNormalisedValue(), restored.getSlot (12)->values[0]);
-
-    restored.setMixLock (false);
+    Quorlane plugin;
+    EXPECT_TRUE (plugin.isMixLocked());
+    EXPECT_EQ (liveValues (plugin), plugin.getSlot (0)->values);
+    plugin.setMixLock (false);
     EXPECT_FALSE (Quorlane().isMixLocked());
 }

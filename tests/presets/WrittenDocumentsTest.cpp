@@ -33,13 +33,6 @@ namespace
         plugin.setDefaultQuality (2);
     }
 
-    juce::MemoryBlock stateOf (Quorlane& plugin)
-    {
-        juce::MemoryBlock state;
-        plugin.getStateInformation (state);
-        return state;
-    }
-
     juce::MemoryBlock bytesOf (const juce::File& file)
     {
         juce::MemoryBlock bytes;
@@ -56,45 +49,38 @@ namespace
     }
 }
 
-TEST (WrittenDocuments, AreTheSameBytesOnEverySystem)
-{
-    const ScopedConfigHome config;
-    const auto scratch = config.getFolder().getChildFile ("written");
-    ASSERT_TRUE (scratch.createDirectory());
-
-    Quorlane plugin;
-    setUp (plugin);
-    ASSERT_TRUE (plugin.savePresetFile (scratch.getChildFile ("preset.qlprs"), editedSlot));
-    ASSERT_TRUE (plugin.saveBankFile (scratch.getChildFile ("bank.qlprsb")));
-    ASSERT_TRUE (plugin.getMidiControl().saveFile (scratch.getChildFile ("map.qlmidi")));
-    ASSERT_TRUE (config.settingsFile().copyFileTo (scratch.getChildFile ("Quorlane.ini")));
-    ASSERT_TRUE (scratch.getChildFile ("state.bin").replaceWithData (stateOf (plugin).getData(), stateOf (plugin).getSize()));
-
-    const bool rewrite = juce::SystemStats::getEnvironmentVariable ("QUORLANE_REWRITE_DOCUMENTS", {}).isNotEmpty();
-
-    for (const auto& written : scratch.findChildFiles (juce::File::findFiles, false))
-    {
-        const auto expected = writtenFolder.getChildFile (written.getFileName());
-
-        if (rewrite)
-            ASSERT_TRUE (written.copyFileTo (expected));
-        else
-            EXPECT_TRUE (bytesOf (written) == bytesOf (expected)) << written.getFileName() << " differs from tests/written";
-    }
-}
-
-TEST (WrittenDocuments, ReadBackIntoTheSameSettings)
+TEST (WrittenDocuments, AreTheSameBytesOnEverySystemAndReadBackIntoTheSameSettings)
 {
     std::array<float, 20> values {};
     std::optional<PresetRecord> edited;
     {
         const ScopedConfigHome config;
-        Quorlane original;
-        setUp (original);
-        values = liveValues (original);
-        edited = original.getSlot (editedSlot);
-        ASSERT_TRUE (edited.has_value());
-        EXPECT_EQ (edited->name, slotName);
+        const auto scratch = config.getFolder().getChildFile ("written");
+        ASSERT_TRUE (scratch.createDirectory());
+
+        Quorlane plugin;
+        setUp (plugin);
+        values = liveValues (plugin);
+        edited = plugin.getSlot (editedSlot);
+        ASSERT_TRUE (plugin.savePresetFile (scratch.getChildFile ("preset.qlprs"), editedSlot));
+        ASSERT_TRUE (plugin.saveBankFile (scratch.getChildFile ("bank.qlprsb")));
+        ASSERT_TRUE (plugin.getMidiControl().saveFile (scratch.getChildFile ("map.qlmidi")));
+        ASSERT_TRUE (config.settingsFile().copyFileTo (scratch.getChildFile ("Quorlane.ini")));
+        juce::MemoryBlock state;
+        plugin.getStateInformation (state);
+        ASSERT_TRUE (scratch.getChildFile ("state.bin").replaceWithData (state.getData(), state.getSize()));
+
+        const bool rewrite = juce::SystemStats::getEnvironmentVariable ("QUORLANE_REWRITE_DOCUMENTS", {}).isNotEmpty();
+
+        for (const auto& written : scratch.findChildFiles (juce::File::findFiles, false))
+        {
+            const auto expected = writtenFolder.getChildFile (written.getFileName());
+
+            if (rewrite)
+                ASSERT_TRUE (written.copyFileTo (expected));
+            else
+                EXPECT_TRUE (bytesOf (written) == bytesOf (expected)) << written.getFileName() << " differs from tests/written";
+        }
     }
 
     const ScopedConfigHome config;
