@@ -9,6 +9,7 @@
 #include "framework/XmlReading.h"
 #include "framework/StringParameter.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace
@@ -261,7 +262,7 @@ void BasePluginOldStyle::showCurrentPresetName (bool notify)
 void BasePluginOldStyle::reportPresetApplied()
 {
     if (isMessageThread())
-        listeners.call ([this] (PresetManagerListener& l) { l.presetApplied (*this); });
+        callListeners (&PresetManagerListener::presetApplied);
     else
         presetAppliedPending.store (true, std::memory_order_release);
 }
@@ -269,7 +270,7 @@ void BasePluginOldStyle::reportPresetApplied()
 void BasePluginOldStyle::reportBankChanged()
 {
     if (isMessageThread())
-        listeners.call ([this] (PresetManagerListener& l) { l.presetBankChanged (*this); });
+        callListeners (&PresetManagerListener::presetBankChanged);
     else
         bankChangedPending.store (true, std::memory_order_release);
 }
@@ -290,9 +291,27 @@ void BasePluginOldStyle::pollMessageThread()
     BasePlugin::pollMessageThread();
 }
 
-void BasePluginOldStyle::addPresetManagerListener (PresetManagerListener* listener) { listeners.add (listener); }
+void BasePluginOldStyle::addPresetManagerListener (PresetManagerListener* listener)
+{
+    if (std::find (listeners.begin(), listeners.end(), listener) == listeners.end())
+        listeners.push_back (listener);
+}
 
-void BasePluginOldStyle::removePresetManagerListener (PresetManagerListener* listener) { listeners.remove (listener); }
+void BasePluginOldStyle::removePresetManagerListener (PresetManagerListener* listener)
+{
+    listeners.erase (std::remove (listeners.begin(), listeners.end(), listener), listeners.end());
+}
+
+// A listener may remove itself or another from inside its call: each is
+// called only while it is still listening.
+void BasePluginOldStyle::callListeners (void (PresetManagerListener::*event) (BasePluginOldStyle&))
+{
+    const auto listening = listeners;
+
+    for (auto* listener : listening)
+        if (std::find (listeners.begin(), listeners.end(), listener) != listeners.end())
+            (listener->*event) (*this);
+}
 
 //==============================================================================
 juce::String BasePluginOldStyle::getSlotName (int index) const

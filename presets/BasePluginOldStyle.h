@@ -5,6 +5,7 @@
 #include "framework/BasePlugin.h"
 
 #include <optional>
+#include <vector>
 
 class IntParameter;
 class StringParameter;
@@ -279,7 +280,8 @@ private:
     BankValues bankValues;
 
     PresetChanger* presetChanger = nullptr;
-    juce::ListenerList<PresetManagerListener> listeners;
+    std::vector<PresetManagerListener*> listeners;
+    void callListeners (void (PresetManagerListener::*event) (BasePluginOldStyle&));
 
     // What changes made off the message thread leave for it to do. An edit
     // to store is the slot current when it was made and the value, in one
