@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <exception>
 
 // This binary replaces the C library's allocation functions and wraps
 // pthread_mutex_lock and write(); each counts only on a thread that asked to
@@ -20,10 +21,51 @@ thread_local bool watched = false;
 
 std::atomic<long> allocations { 0 }, locks { 0 }, writes { 0 };
 
-[[maybe_unused]] void countHeapCall() noexcept
+// Set by countLibrariesOnly(): the executable's base, and the runtime
+// libraries' (which ask for memory on behalf of their callers).
+std::atomic<const void*> executable { nullptr };
+const void* runtimes[2] {};
+
+const void* baseOf (const void* address)
 {
-    if (watched)
+    Dl_info info {};
+    return dladdr (address, &info) != 0 ? info.dli_fbase : nullptr;
+}
+
+bool isRuntime (const void* base) { return base == runtimes[0] || base == runtimes[1]; }
+
+// Whether the code that asked for memory is the executable's own: the caller
+// of the allocation function or, where that is the C or C++ runtime
+// (operator new, strdup), the first caller outside it.
+bool askedByExecutable (const void* caller)
+{
+    if (! isRuntime (baseOf (caller)))
+        return baseOf (caller) == executable.load();
+
+    void* frames[32];
+    const int count = backtrace (frames, 32);
+    int i = 0;
+
+    while (i < count && frames[i] != caller)
+        ++i;
+
+    while (i < count && isRuntime (baseOf (frames[i])))
+        ++i;
+
+    return i < count && baseOf (frames[i]) == executable.load();
+}
+
+[[maybe_unused]] void countHeapCall (const void* caller) noexcept
+{
+    if (! watched)
+        return;
+
+    watched = false;
+
+    if (executable.load() == nullptr || ! askedByExecutable (caller))
         ++allocations;
+
+    watched = true;
 }
 }
 
@@ -36,22 +78,22 @@ void* __libc_realloc (void*, size_t);
 void* __libc_memalign (size_t, size_t);
 void __libc_free (void*);
 
-void* malloc (size_t size) { countHeapCall(); return __libc_malloc (size); }
-void* calloc (size_t count, size_t size) { countHeapCall(); return __libc_calloc (count, size); }
-void* realloc (void* p, size_t size) { countHeapCall(); return __libc_realloc (p, size); }
-void* memalign (size_t alignment, size_t size) { countHeapCall(); return __libc_memalign (alignment, size); }
-void* aligned_alloc (size_t alignment, size_t size) { countHeapCall(); return __libc_memalign (alignment, size); }
+void* malloc (size_t size) { countHeapCall (__builtin_return_address (0)); return __libc_malloc (size); }
+void* calloc (size_t count, size_t size) { countHeapCall (__builtin_return_address (0)); return __libc_calloc (count, size); }
+void* realloc (void* p, size_t size) { countHeapCall (__builtin_return_address (0)); return __libc_realloc (p, size); }
+void* memalign (size_t alignment, size_t size) { countHeapCall (__builtin_return_address (0)); return __libc_memalign (alignment, size); }
+void* aligned_alloc (size_t alignment, size_t size) { countHeapCall (__builtin_return_address (0)); return __libc_memalign (alignment, size); }
 void free (void* p)
 {
     if (p != nullptr)
-        countHeapCall();
+        countHeapCall (__builtin_return_address (0));
 
     __libc_free (p);
 }
 
 int posix_memalign (void** result, size_t alignment, size_t size)
 {
-    countHeapCall();
+    countHeapCall (__builtin_return_address (0));
 
     if (auto* p = __libc_memalign (alignment, size))
     {
@@ -73,6 +115,13 @@ AudioThreadCounters::Watch::Watch()
 }
 
 AudioThreadCounters::Watch::~Watch() { watched = false; }
+
+void AudioThreadCounters::countLibrariesOnly()
+{
+    runtimes[0] = baseOf ((const void*) &std::terminate);
+    runtimes[1] = baseOf ((const void*) &fputs);
+    executable = baseOf ((const void*) &AudioThreadCounters::read);
+}
 
 AudioThreadCounters::Counts AudioThreadCounters::read()
 {
