@@ -54,7 +54,7 @@ test: DEBIAN_PACKAGES += ardour qtractor
 # follow check misses its window now and then in a whole-suite run (never
 # yet alone); see docs/testing.md.
 test: debug
-	cd $(DEBUG_DIR) && xvfb-run -a -s "-screen 0 1280x1024x24" ctest --output-on-failure -j 1 --repeat until-pass:2
+	cd $(DEBUG_DIR) && $(XVFB) ctest --output-on-failure -j 1 --repeat until-pass:2
 	@$(MAKE) --no-print-directory fuzz
 
 # The fuzzers need clang and an instrumented build of their own.
@@ -76,7 +76,9 @@ fuzz: deps $(FUZZ_DIR)/build.ninja
 SANITIZE_CMAKE := -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORLANE_BUILD_BENCHMARKS=OFF
 ASAN_SUITES := quorlane_engine_tests quorlane_tests quorlane_vst2_abi_tests quorlane_host_tests
 TSAN_SUITES := quorlane_realtime_tests
-XVFB := xvfb-run -a -s "-screen 0 1280x1024x24"
+# A virtual display whose screen saver never blanks it: the editor checks
+# read the screen back.
+XVFB := xvfb-run -a -s "-screen 0 1280x1024x24 -s 0"
 
 $(ASAN_DIR)/build.ninja: | deps
 	cmake -S . -B $(ASAN_DIR) $(SANITIZE_CMAKE) -DQUORLANE_SANITIZE=address,undefined
