@@ -149,6 +149,18 @@ std::vector<Frame> takers()
 
     return result;
 }
+
+// "function (file:line)" of each taker, once.
+std::vector<std::string> named (bool oursOnly)
+{
+    std::set<std::string> found;
+
+    for (const auto& taker : takers())
+        if (! oursOnly || isOurs (taker.file))
+            found.insert (taker.function + " (" + taker.file + ")");
+
+    return { found.begin(), found.end() };
+}
 }
 
 void LockTakers::note()
@@ -165,9 +177,7 @@ void LockTakers::note()
     {
         auto expected = stacks[at].key.load();
 
-        if (expected == key)
-            return;
-
+        // A failed exchange leaves the key that is there in `expected`.
         if (expected == 0 && stacks[at].key.compare_exchange_strong (expected, key))
         {
             std::copy (frames + skipped, frames + skipped + count, stacks[at].at.begin());
@@ -182,23 +192,6 @@ void LockTakers::note()
     overflowed = true;
 }
 
-std::vector<std::string> LockTakers::ours()
-{
-    std::set<std::string> found;
+std::vector<std::string> LockTakers::ours() { return named (true); }
 
-    for (const auto& taker : takers())
-        if (isOurs (taker.file))
-            found.insert (taker.function + " (" + taker.file + ")");
-
-    return { found.begin(), found.end() };
-}
-
-std::vector<std::string> LockTakers::all()
-{
-    std::set<std::string> found;
-
-    for (const auto& taker : takers())
-        found.insert (taker.function + " (" + taker.file + ")");
-
-    return { found.begin(), found.end() };
-}
+std::vector<std::string> LockTakers::all() { return named (false); }
