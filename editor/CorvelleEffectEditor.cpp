@@ -2,6 +2,7 @@
 
 #include "GFXAnimation.h"
 #include "QualitySettingsPage.h"
+#include "platform/PendingRepaints.h"
 
 CorvelleEffectEditor::CorvelleEffectEditor (CorvelleEffect& e)
     : BasePluginEditorOldStyle (e), effect (e)
@@ -22,6 +23,12 @@ CorvelleEffectEditor::CorvelleEffectEditor (CorvelleEffect& e, const juce::XmlEl
 CorvelleEffectEditor::~CorvelleEffectEditor()
 {
     stopTimer();
+}
+
+void CorvelleEffectEditor::timerCallback()
+{
+    refreshMeters();
+    drawPendingRepaints();
 }
 
 // The core publishes its held peaks once per processed block after a request;

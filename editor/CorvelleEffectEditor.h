@@ -28,7 +28,7 @@ protected:
     void addOptionsPages (OptionsPanel& panel) override;
 
 private:
-    void timerCallback() override { refreshMeters(); }
+    void timerCallback() override;
 
     CorvelleEffect& effect;
     GFXAnimation* leftMeter = nullptr;
