@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -22,23 +23,17 @@ namespace
     {
         const auto command = "printf 'CLAP:%s\\n' '" + plugin + "' | XDG_CONFIG_HOME='" + settings.string() + "' timeout 60 "
                              + scanner + " 2>/dev/null";
-        std::string output;
+        std::vector<std::string> fields;
+        char line[4096] {};
 
         if (auto* pipe = popen (command.c_str(), "r"))
         {
-            char buffer[4096];
-
-            while (fgets (buffer, sizeof (buffer), pipe) != nullptr)
-                output += buffer;
-
+            std::istringstream first (fgets (line, sizeof (line), pipe) != nullptr ? std::string (line, std::strcspn (line, "\n")) : "");
             pclose (pipe);
+
+            for (std::string field; std::getline (first, field, '|');)
+                fields.push_back (field);
         }
-
-        std::vector<std::string> fields;
-        std::istringstream line (output.substr (0, output.find ('\n')));
-
-        for (std::string field; std::getline (line, field, '|');)
-            fields.push_back (field);
 
         return fields;
     }

@@ -80,11 +80,8 @@ inline std::unique_ptr<juce::AudioPluginInstance> instantiateHosted (const Hoste
     std::unique_ptr<juce::AudioPluginInstance> instance;
     const auto create = [&]
     {
-        const auto call = &CreationCall::createPluginInstance;
-        (format.get()->*call) (*types[0], 48000.0, blockSize, [&] (std::unique_ptr<juce::AudioPluginInstance> made, const juce::String&)
-        {
-            instance = std::move (made);
-        });
+        (format.get()->*&CreationCall::createPluginInstance) (*types[0], 48000.0, blockSize,
+            [&] (std::unique_ptr<juce::AudioPluginInstance> made, const juce::String&) { instance = std::move (made); });
     };
 
     // Linux hosts make VST3 and LV2 instances on a thread of theirs that the
@@ -109,9 +106,7 @@ inline std::unique_ptr<juce::AudioPluginInstance> instantiateHosted (const Hoste
 // Formats order parameters their own way (LV2 by URI), so tests find them by name.
 inline juce::AudioProcessorParameter* parameterNamed (juce::AudioPluginInstance& plugin, const juce::String& name)
 {
-    for (auto* p : plugin.getParameters())
-        if (p->getName (64) == name)
-            return p;
-
-    return nullptr;
+    const auto& all = plugin.getParameters();
+    const auto found = std::find_if (all.begin(), all.end(), [&] (auto* p) { return p->getName (64) == name; });
+    return found != all.end() ? *found : nullptr;
 }
