@@ -30,11 +30,10 @@ namespace
 {
     using namespace Clap;
 
-    // The build's own plug-in, or the installed copy named by QUORLANE_CLAP_PLUGIN.
     const char* clapPath()
     {
-        static const auto installed = environmentVariable ("QUORLANE_CLAP_PLUGIN");
-        return installed.empty() ? QUORLANE_CLAP_PATH : installed.c_str();
+        static const auto path = pluginLocation ("QUORLANE_CLAP_PLUGIN", QUORLANE_CLAP_PATH);
+        return path.c_str();
     }
 
     const clap_plugin_factory_t* factory() { return Clap::factory (clapPath()); }

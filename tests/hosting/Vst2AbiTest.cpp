@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstring>
 #include <map>
 #include <mutex>
 #include <regex>
@@ -29,29 +28,20 @@ namespace
 
     constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32;
 
-    // An instance of the build's own plug-in, or of the installed copy named by
-    // QUORLANE_VST2_PLUGIN: the package tests load what each install put in place.
     struct Vst2Plugin : Plugin
     {
-        Vst2Plugin() : Plugin (environmentVariable ("QUORLANE_VST2_PLUGIN").empty() ? QUORLANE_VST2_PATH
-                                                                                    : environmentVariable ("QUORLANE_VST2_PLUGIN")) {}
+        Vst2Plugin() : Plugin (pluginLocation ("QUORLANE_VST2_PLUGIN", QUORLANE_VST2_PATH)) {}
     };
 
-    constexpr int32_t fourCC (const char (&c)[5])
-    {
-        return c[0] << 24 | c[1] << 16 | c[2] << 8 | c[3];
-    }
+    constexpr int32_t fourCC (const char (&c)[5]) { return c[0] << 24 | c[1] << 16 | c[2] << 8 | c[3]; }
 
     [[maybe_unused]] auto* const hostProcess = ::testing::AddGlobalTestEnvironment (new HostProcess);
 
     // A chunk is a magic number, the document's length, the document and a zero.
     std::string chunkOf (const std::string& document)
     {
-        std::string chunk (8, '\0');
-        const uint32_t magic = 0x21324356, length = (uint32_t) document.size();
-        std::memcpy (chunk.data(), &magic, 4);
-        std::memcpy (chunk.data() + 4, &length, 4);
-        return chunk + document + '\0';
+        const uint32_t header[] = { 0x21324356, (uint32_t) document.size() };
+        return std::string (reinterpret_cast<const char*> (header), sizeof (header)) + document + '\0';
     }
 }
 

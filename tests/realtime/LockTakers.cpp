@@ -11,11 +11,12 @@
 #include <cstring>
 #include <map>
 #include <set>
+#include <sstream>
 
 namespace
 {
 // Frames to skip: note() and the lock wrapper that called it.
-constexpr int skipped = 2, depth = 24;
+constexpr std::size_t skipped = 2, depth = 24;
 using Stack = std::array<void*, depth>;
 
 // Each distinct stack once, behind a spin lock of the test's own: the
@@ -50,38 +51,27 @@ bool isOurs (const std::string& file)
 // The taker of each stack, its frames named by addr2line, one run per module.
 std::vector<Frame> takers()
 {
-    char self[4096] {};
-    const auto selfLength = readlink ("/proc/self/exe", self, sizeof (self) - 1);
     Dl_info mainInfo {};
     dladdr ((void*) &takers, &mainInfo);
-
     std::vector<std::vector<Frame>> named (stackCount, std::vector<Frame> (depth));
     std::map<std::string, std::vector<std::pair<Frame*, std::uintptr_t>>> modules;
 
     for (std::size_t s = 0; s < stackCount; ++s)
-        for (int f = 0; f < depth && stacks[s][(size_t) f] != nullptr; ++f)
-        {
-            const auto* address = stacks[s][(size_t) f];
-            Dl_info info {};
-
-            if (dladdr (address, &info) != 0 && info.dli_fname != nullptr)
-                modules[info.dli_fbase == mainInfo.dli_fbase && selfLength > 0 ? std::string (self, (size_t) selfLength) : info.dli_fname]
+        for (std::size_t f = 0; f < depth && stacks[s][f] != nullptr; ++f)
+            if (Dl_info info {}; dladdr (stacks[s][f], &info) != 0 && info.dli_fname != nullptr)
+                modules[info.dli_fbase == mainInfo.dli_fbase ? "/proc/" + std::to_string (getpid()) + "/exe" : info.dli_fname]
                     // A return address; the call is the byte before it.
-                    .push_back ({ &named[s][(size_t) f], (std::uintptr_t) address - (std::uintptr_t) info.dli_fbase - 1 });
-        }
+                    .push_back ({ &named[s][f], (std::uintptr_t) stacks[s][f] - (std::uintptr_t) info.dli_fbase - 1 });
 
     for (const auto& [module, frames] : modules)
     {
-        auto command = "addr2line -f -C -e '" + module + "'";
+        std::ostringstream command;
+        command << "addr2line -f -C -e '" << module << "'" << std::hex;
 
         for (const auto& frame : frames)
-        {
-            char offset[24];
-            std::snprintf (offset, sizeof (offset), " 0x%lx", (unsigned long) frame.second);
-            command += offset;
-        }
+            command << " 0x" << frame.second;
 
-        if (auto* pipe = popen (command.c_str(), "r"))
+        if (auto* pipe = popen (command.str().c_str(), "r"))
         {
             char function[4096], file[4096];
 
@@ -124,14 +114,14 @@ std::vector<std::string> LockTakers::named (bool oursOnly)
 void LockTakers::note()
 {
     void* frames[depth + skipped] {};
-    const int count = backtrace (frames, depth + skipped);
+    const auto count = (std::size_t) std::max (backtrace (frames, (int) (depth + skipped)), (int) skipped);
     Stack stack {};
-    std::copy (frames + std::min (count, skipped), frames + std::max (count, skipped), stack.begin());
+    std::copy (frames + skipped, frames + count, stack.begin());
 
     while (busy.test_and_set (std::memory_order_acquire))
         ;
 
-    if (std::find (stacks.begin(), stacks.begin() + (long) stackCount, stack) == stacks.begin() + (long) stackCount)
+    if (const auto kept = stacks.begin() + (std::ptrdiff_t) stackCount; std::find (stacks.begin(), kept, stack) == kept)
     {
         if (stackCount < stacks.size())
             stacks[stackCount++] = stack;

@@ -23,19 +23,11 @@ struct HostedFormat
     friend void PrintTo (const HostedFormat& f, std::ostream* os) { *os << f.name; }
 };
 
-// The build's own plug-in, or an installed copy named by the variable: the
-// package tests load what each install put in place.
-inline juce::String hostedPluginLocation (const char* variable, const char* built)
-{
-    const auto installed = environmentVariable (variable);
-    return juce::String::fromUTF8 (installed.empty() ? built : installed.c_str());
-}
-
 // The formats this build of the tests can host.
 inline std::vector<HostedFormat> hostedFormats()
 {
     std::vector<HostedFormat> formats {
-        { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, hostedPluginLocation ("QUORLANE_VST3_PLUGIN", QUORLANE_VST3_PATH) }
+        { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, juce::String::fromUTF8 (pluginLocation ("QUORLANE_VST3_PLUGIN", QUORLANE_VST3_PATH).c_str()) }
     };
 
 #ifdef QUORLANE_LV2_DIR // built where LV2 hosts run
@@ -49,7 +41,7 @@ inline std::vector<HostedFormat> hostedFormats()
         setenv ("HOME", emptyHome.getFile().getFullPathName().toRawUTF8(), 1);
         auto format = std::make_unique<juce::LV2PluginFormat>();
         setenv ("HOME", home.toRawUTF8(), 1);
-        format->searchPathsForPlugins (juce::FileSearchPath (hostedPluginLocation ("QUORLANE_LV2_FOLDER", QUORLANE_LV2_DIR)), true, false);
+        format->searchPathsForPlugins (juce::FileSearchPath (juce::String::fromUTF8 (pluginLocation ("QUORLANE_LV2_FOLDER", QUORLANE_LV2_DIR).c_str())), true, false);
         return std::unique_ptr<juce::AudioPluginFormat> (std::move (format));
     }, "urn:orlo:quorlane" });
 #endif
