@@ -207,8 +207,7 @@ TEST_P (HostedPlugin, AutomationFromTheHostsThreadsIsShownAndStored)
 
     std::unique_ptr<juce::AudioProcessorEditor> editor (plugin->createEditorIfNeeded());
     ASSERT_NE (editor, nullptr);
-    EXPECT_EQ (editor->getWidth(), 633);
-    EXPECT_EQ (editor->getHeight(), 207);
+    EXPECT_EQ (std::pair (editor->getWidth(), editor->getHeight()), std::pair (633, 207));
     editor->addToDesktop (0);
     editor->setVisible (true);
     runMessageLoop (300);
@@ -234,8 +233,7 @@ TEST_P (HostedPlugin, AutomationFromTheHostsThreadsIsShownAndStored)
     // plug-in's window: it keeps its logical size and the host's window grows.
     editor->setScaleFactor (2.0f);
     runMessageLoop (300);
-    EXPECT_EQ (editor->getWidth(), 1266);
-    EXPECT_EQ (editor->getHeight(), 414);
+    EXPECT_EQ (std::pair (editor->getWidth(), editor->getHeight()), std::pair (1266, 414));
 
     editor.reset();
     runMessageLoop();

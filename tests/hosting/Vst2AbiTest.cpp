@@ -105,14 +105,10 @@ TEST_F (Vst2Abi, ProgramChunkIsTheCurrentPresetAlone)
     const auto restOf = [&] (const std::string& chunk)
     {
         auto text = documentOf (chunk);
-        for (const auto& [open, close] : { std::pair<std::string, std::string> { "<ParametersState>", "</ParametersState>" },
-                                           { "<Preset ", "</Preset>" },
-                                           { "<NotPresetableParams>", "</NotPresetableParams>" } })
-        {
-            const auto from = text.find (open), to = text.find (close);
-            if (from != std::string::npos && to != std::string::npos)
-                text.erase (from, to + close.size() - from);
-        }
+
+        for (const char* part : { "<ParametersState>.*?</ParametersState>", "<Preset .*?</Preset>", "<NotPresetableParams>.*?</NotPresetableParams>" })
+            text = std::regex_replace (text, std::regex (part), "", std::regex_constants::format_first_only);
+
         return text;
     };
 
@@ -156,8 +152,7 @@ TEST (Vst2Hosting, AutomationOnTheAudioThreadIsShownAndStored)
     const int16_t* rect = nullptr; // top, left, bottom, right
     ASSERT_NE (plugin.call (effEditGetRect, 0, 0, &rect), 0);
     ASSERT_NE (rect, nullptr);
-    EXPECT_EQ (rect[3] - rect[1], 633);
-    EXPECT_EQ (rect[2] - rect[0], 207);
+    EXPECT_EQ (std::pair (rect[3] - rect[1], rect[2] - rect[0]), std::pair (633, 207));
     ASSERT_NE (plugin.call (effEditOpen, 0, 0, parent.handle()), 0);
 
     // The host's idle calls, every 10 ms.
@@ -246,16 +241,12 @@ TEST (Vst2Hosting, EveryInstanceCallsBackTheHostThatOpenedIt)
     }
 
     for (int h = 0; h < hosts; ++h)
-    {
         for (auto* effect : opened[(size_t) h])
         {
-            EXPECT_EQ (callers[h].count (effect), 1u) << "host " << h << " never heard from its instance";
-
             for (int other = 0; other < hosts; ++other)
-                EXPECT_TRUE (other == h || callers[other].count (effect) == 0) << "host " << other << " heard from host " << h << "'s instance";
+                EXPECT_EQ (callers[other].count (effect), other == h ? 1u : 0u) << "host " << other << " and host " << h << "'s instance";
 
             effect->dispatcher (effect, effMainsChanged, 0, 0, nullptr, 0.0f);
             effect->dispatcher (effect, effClose, 0, 0, nullptr, 0.0f);
         }
-    }
 }

@@ -83,12 +83,7 @@ namespace Clap
     // Events handed to the plug-in, in the order added; what does not fit is left out.
     struct InputEvents
     {
-        union Event
-        {
-            clap_event_header_t header;
-            clap_event_param_value_t value;
-            clap_event_midi_t midi;
-        };
+        union Event { clap_event_header_t header; clap_event_param_value_t value; clap_event_midi_t midi; };
 
         InputEvents() { events.reserve (128); }
 

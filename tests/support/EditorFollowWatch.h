@@ -23,13 +23,7 @@ inline void expectEditorFollowsAndStores (void* window, const std::function<void
     using Clock = std::chrono::steady_clock;
 
     // Where the skin puts the knob and the display, and how many pixels make a change.
-    struct Area
-    {
-        const char* name;
-        int x, y, width, height, threshold;
-        std::vector<uint32_t> before {};
-        Clock::time_point changed {};
-    };
+    struct Area { const char* name; int x, y, width, height, threshold; std::vector<uint32_t> before {}; Clock::time_point changed {}; };
 
     Area areas[] { { "knob", 171, 59, 35, 35, 20 }, { "decay display", 326, 154, 64, 13, 5 } };
     const auto pixels = [window] (const Area& a) { return windowPixels (window, a.x, a.y, a.width, a.height); };

@@ -80,12 +80,6 @@ namespace Vst2
         void* events[capacity] {};
     };
 
-    // A host that answers only the question of its version.
-    inline intptr_t minimalHost (Effect*, int32_t opcode, int32_t, intptr_t, void*, float)
-    {
-        return opcode == audioMasterVersion ? 2400 : 0;
-    }
-
     // An instance opened as a host opens one (VSTPluginMain, then effOpen)
     // and closed with effClose; `effect` is null when the library did not load.
     class Plugin
@@ -93,8 +87,9 @@ namespace Vst2
     public:
         explicit Plugin (const std::string& path) : library (path.c_str())
         {
+            // A host that answers only the question of its version.
             if (auto main = reinterpret_cast<Effect* (*) (Dispatcher)> (library.symbol ("VSTPluginMain")))
-                effect = main (minimalHost);
+                effect = main ([] (Effect*, int32_t opcode, int32_t, intptr_t, void*, float) -> intptr_t { return opcode == audioMasterVersion ? 2400 : 0; });
 
             if (effect != nullptr)
                 call (effOpen);
