@@ -26,16 +26,9 @@ namespace Clap
     inline const clap_plugin_factory_t* factory (const char* path)
     {
         static const SharedLibrary library { path };
-        static const auto* found = [path] () -> const clap_plugin_factory_t*
-        {
-            const auto* entry = static_cast<const clap_plugin_entry_t*> (library.symbol ("clap_entry"));
-
-            if (entry == nullptr || ! entry->init (path))
-                return nullptr;
-
-            return static_cast<const clap_plugin_factory_t*> (entry->get_factory (CLAP_PLUGIN_FACTORY_ID));
-        }();
-        return found;
+        static const auto* entry = static_cast<const clap_plugin_entry_t*> (library.symbol ("clap_entry"));
+        static const bool initialised = entry != nullptr && entry->init (path);
+        return initialised ? static_cast<const clap_plugin_factory_t*> (entry->get_factory (CLAP_PLUGIN_FACTORY_ID)) : nullptr;
     }
 
     // What the plug-in asks of its host, counted. The GUI extensions (timer
