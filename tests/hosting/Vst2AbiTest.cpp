@@ -28,10 +28,7 @@ namespace
 
     constexpr int32_t hasEditor = 1, canReplacing = 16, programChunks = 32;
 
-    struct Vst2Plugin : Plugin
-    {
-        Vst2Plugin() : Plugin (pluginLocation ("QUORLANE_VST2_PLUGIN", QUORLANE_VST2_PATH)) {}
-    };
+    struct Vst2Plugin : Plugin { Vst2Plugin() : Plugin (pluginLocation ("QUORLANE_VST2_PLUGIN", QUORLANE_VST2_PATH)) {} };
 
     constexpr int32_t fourCC (const char (&c)[5]) { return c[0] << 24 | c[1] << 16 | c[2] << 8 | c[3]; }
 

@@ -23,11 +23,7 @@ namespace AudioThreadCounters
     extern std::atomic<long> heapCalls, locks, writes;
 
     // Counts the calling thread's calls for as long as it lives.
-    struct Watch
-    {
-        Watch();
-        ~Watch();
-    };
+    struct Watch { Watch(); ~Watch(); };
 
     // Leaves out heap calls that the executable's own code asks for (JUCE's
     // hosting of a plug-in library, which copies SysEx into a MidiMessage):

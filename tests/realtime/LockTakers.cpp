@@ -26,10 +26,7 @@ std::array<Stack, 256> stacks;
 std::size_t stackCount = 0;
 bool overflowed = false;
 
-struct Frame
-{
-    std::string function = "??", file = "??";
-};
+struct Frame { std::string function = "??", file = "??"; };
 
 bool isLock (const std::string& function)
 {

@@ -168,7 +168,8 @@ namespace Clap
     }
 
     // An initialised instance made on the calling thread (the host's main
-    // thread), activated for 48 kHz and blocks of up to 1024.
+    // thread), activated for 48 kHz and blocks of up to 1024; its host's
+    // counters make it impossible to copy.
     struct Instance
     {
         Instance (const char* path, bool offersGui = false) : host { offersGui }
@@ -192,9 +193,6 @@ namespace Clap
             if (plugin != nullptr)
                 plugin->destroy (plugin);
         }
-
-        Instance (const Instance&) = delete;
-        Instance& operator= (const Instance&) = delete;
 
         template <typename Extension>
         const Extension* extension (const char* id) const { return static_cast<const Extension*> (plugin->get_extension (plugin, id)); }

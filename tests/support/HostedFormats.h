@@ -57,10 +57,7 @@ inline std::unique_ptr<juce::AudioPluginInstance> instantiateHosted (const Hoste
     // this process's message thread, would hand the work to that thread; a
     // DAW makes the instance on a thread of its own, which is not the
     // plug-in's message thread either.
-    struct CreationCall : juce::AudioPluginFormat
-    {
-        using juce::AudioPluginFormat::createPluginInstance;
-    };
+    struct CreationCall : juce::AudioPluginFormat { using juce::AudioPluginFormat::createPluginInstance; };
 
     auto format = hosted.create();
     juce::OwnedArray<juce::PluginDescription> types;

@@ -73,12 +73,7 @@ namespace Vst2
 
     // What effProcessEvents takes: a count and that many event pointers.
     template <int capacity>
-    struct Events
-    {
-        int32_t count = 0;
-        intptr_t reserved = 0;
-        void* events[capacity] {};
-    };
+    struct Events { int32_t count = 0; intptr_t reserved = 0; void* events[capacity] {}; };
 
     // An instance opened as a host opens one (VSTPluginMain, then effOpen)
     // and closed with effClose; `effect` is null when the library did not load.
