@@ -43,14 +43,9 @@ namespace
         friend void PrintTo (const Format& f, std::ostream* os) { *os << f.name; }
     };
 
-    struct Run
-    {
-        int exitCode = -1;
-        std::string output;
-    };
-
-    // A program run with extra environment variables, for at most a minute.
-    Run run (const juce::StringArray& environment, const juce::StringArray& command)
+    // A program run with extra environment variables, for at most a minute:
+    // its exit code and what it printed.
+    std::pair<int, std::string> run (const juce::StringArray& environment, const juce::StringArray& command)
     {
         juce::StringArray arguments { "timeout", "60", "env" };
         arguments.addArray (environment);
@@ -58,13 +53,11 @@ namespace
         juce::ChildProcess process;
 
         if (! process.start (arguments, juce::ChildProcess::wantStdOut | juce::ChildProcess::wantStdErr))
-            return {};
+            return { -1, {} };
 
-        Run result;
-        result.output = process.readAllProcessOutput().toStdString();
+        const auto output = process.readAllProcessOutput().toStdString();
         process.waitForProcessToFinish (10000);
-        result.exitCode = (int) process.getExitCode();
-        return result;
+        return { (int) process.getExitCode(), output };
     }
 
     const juce::XmlElement* processorNamed (const juce::XmlElement& parent, const juce::String& name)
@@ -103,16 +96,7 @@ namespace
     {
         const auto start = (int) (fromSeconds * sampleRate);
         const auto length = juce::jmin ((int) (toSeconds * sampleRate), audio.getNumSamples()) - start;
-
-        if (length <= 0)
-            return 0.0;
-
-        double sum = 0.0;
-
-        for (int channel = 0; channel < audio.getNumChannels(); ++channel)
-            sum += juce::square ((double) audio.getRMSLevel (channel, start, length));
-
-        return std::sqrt (sum / audio.getNumChannels());
+        return length > 0 ? std::hypot (audio.getRMSLevel (0, start, length), audio.getRMSLevel (1, start, length)) / std::sqrt (2.0) : 0.0;
     }
 
     class ArdourSession : public ::testing::TestWithParam<Format>
@@ -159,7 +143,7 @@ namespace
                 withLibraries.add ("LD_LIBRARY_PATH=" + ardourPrograms.getFullPathName());
                 const auto scan = run (withLibraries, { ardourPrograms.getChildFile (GetParam().scanner).getFullPathName(),
                                                         GetParam().build.getFullPathName() });
-                ASSERT_EQ (scan.exitCode, 0) << "Ardour's scanner failed on " << GetParam().build.getFullPathName() << ":\n" << scan.output;
+                ASSERT_EQ (scan.first, 0) << "Ardour's scanner failed on " << GetParam().build.getFullPathName() << ":\n" << scan.second;
             }
         }
     };
@@ -173,35 +157,28 @@ TEST_P (ArdourSession, RendersATailAndStoresTheAutomatedValueInTheCurrentPreset)
     const auto ardour = run (environment(), { "ardour7-lua", juce::File (QUORLANE_DAW_DIR).getChildFile ("automated-session.lua").getFullPathName(),
                                               sessionDir.getFullPathName(), GetParam().ardourType, "Quorlane",
                                               automatedParameter, juce::String (automatedFrom), juce::String (automatedTo) });
-    SCOPED_TRACE ("Ardour said:\n" + ardour.output + "(the session is kept in " + folder.getFullPathName().toStdString() + ")");
-    ASSERT_EQ (ardour.exitCode, 0) << "Ardour's session did not run through";
+    SCOPED_TRACE ("Ardour said:\n" + ardour.second + "(the session is kept in " + folder.getFullPathName().toStdString() + ")");
+    ASSERT_EQ (ardour.first, 0) << "Ardour's session did not run through";
 
     // The render: finite, sound while the noise plays, and the reverb's tail,
     // decaying, after it ends (the noise is gated to exact silence).
-    juce::AudioBuffer<float> render;
+    juce::AudioBuffer<float> render (2, 0);
 
-    for (const auto* side : { "L", "R" })
+    for (int channel = 0; channel < 2; ++channel)
     {
-        const auto files = sessionDir.findChildFiles (juce::File::findFiles, true, juce::String ("*Render*%") + side + ".wav");
-        ASSERT_EQ (files.size(), 1) << "no recording of the " << side << " channel in " << sessionDir.getFullPathName();
-        juce::WavAudioFormat wav;
-        std::unique_ptr<juce::AudioFormatReader> reader (wav.createReaderFor (files[0].createInputStream().release(), true));
-        ASSERT_NE (reader, nullptr) << files[0].getFullPathName();
-        ASSERT_EQ (reader->sampleRate, sampleRate);
-        ASSERT_EQ (reader->numChannels, 1u);
-        juce::AudioBuffer<float> mono (1, (int) reader->lengthInSamples);
-        ASSERT_TRUE (reader->read (&mono, 0, mono.getNumSamples(), 0, true, false));
-        const auto channel = render.getNumChannels();
-        const auto length = channel == 0 ? mono.getNumSamples() : juce::jmin (mono.getNumSamples(), render.getNumSamples());
-        render.setSize (channel + 1, length, true);
-        render.copyFrom (channel, 0, mono, 0, 0, length);
+        const auto files = sessionDir.findChildFiles (juce::File::findFiles, true, juce::String ("*Render*%") + "LR"[channel] + ".wav");
+        ASSERT_EQ (files.size(), 1) << "no recording of channel " << channel << " in " << sessionDir.getFullPathName();
+        std::unique_ptr<juce::AudioFormatReader> reader (juce::WavAudioFormat().createReaderFor (files[0].createInputStream().release(), true));
+        ASSERT_TRUE (reader != nullptr && reader->sampleRate == sampleRate && reader->numChannels == 1u) << files[0].getFullPathName();
+        const auto length = (int) reader->lengthInSamples;
+        render.setSize (2, channel == 0 ? length : juce::jmin (length, render.getNumSamples()), true);
+        ASSERT_TRUE (reader->read (render.getArrayOfWritePointers() + channel, 1, 0, render.getNumSamples()));
     }
 
     ASSERT_GE (render.getNumSamples(), (int) (1.5 * sampleRate)) << "the recording is short";
 
-    for (int channel = 0; channel < render.getNumChannels(); ++channel)
-        for (int i = 0; i < render.getNumSamples(); ++i)
-            ASSERT_TRUE (std::isfinite (render.getSample (channel, i))) << "sample " << i << " of channel " << channel;
+    for (int i = 0; i < render.getNumSamples(); ++i)
+        ASSERT_TRUE (std::isfinite (render.getSample (0, i)) && std::isfinite (render.getSample (1, i))) << "sample " << i;
 
     const auto playing = rms (render, 0.1, noiseEnds);
     const auto tail = rms (render, noiseEnds + 0.1, noiseEnds + 0.5);
@@ -215,9 +192,8 @@ TEST_P (ArdourSession, RendersATailAndStoresTheAutomatedValueInTheCurrentPreset)
     const auto state = savedPluginState (sessionDir.getChildFile ("daw-test.ardour"));
     ASSERT_NE (state, nullptr) << "no plug-in state in the saved session " << sessionDir.getFullPathName();
     const auto* live = state->getChildByName ("ParametersState");
-    ASSERT_NE (live, nullptr);
-    const auto* param = live->getChildByAttribute ("name", automatedParameter);
-    ASSERT_NE (param, nullptr);
+    const auto* param = live != nullptr ? live->getChildByAttribute ("name", automatedParameter) : nullptr;
+    ASSERT_NE (param, nullptr) << "no live " << automatedParameter;
     EXPECT_NEAR (param->getDoubleAttribute ("value"), automatedTo, 1.0e-3) << "the automation did not reach the plug-in";
     EXPECT_NEAR (storedInCurrentPreset (state->toString().toStdString(), automatedParameter.toStdString()), automatedTo, 1.0e-3)
         << "the automated change was not stored into the current preset with automatic storing on";

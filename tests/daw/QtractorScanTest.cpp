@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -22,23 +23,17 @@ namespace
     {
         const auto command = "printf 'CLAP:%s\\n' '" + plugin + "' | XDG_CONFIG_HOME='" + settings.string() + "' timeout 60 "
                              + scanner + " 2>/dev/null";
-        std::string output;
+        std::vector<std::string> fields;
+        char line[4096] {};
 
         if (auto* pipe = popen (command.c_str(), "r"))
         {
-            char buffer[4096];
-
-            while (fgets (buffer, sizeof (buffer), pipe) != nullptr)
-                output += buffer;
-
+            std::istringstream first (fgets (line, sizeof (line), pipe) != nullptr ? std::string (line, std::strcspn (line, "\n")) : "");
             pclose (pipe);
+
+            for (std::string field; std::getline (first, field, '|');)
+                fields.push_back (field);
         }
-
-        std::vector<std::string> fields;
-        std::istringstream line (output.substr (0, output.find ('\n')));
-
-        for (std::string field; std::getline (line, field, '|');)
-            fields.push_back (field);
 
         return fields;
     }
@@ -55,12 +50,9 @@ TEST (QtractorScan, ListsTheClapBuildAsAStereoEffectWithItsEditorAndParameters)
     const auto fields = scan (QUORLANE_CLAP_PATH, settings);
     std::filesystem::remove_all (settings);
 
+    // Type, name, audio inputs:outputs, MIDI inputs:outputs, parameters
+    // (in:out), what it has, and the file.
     ASSERT_GE (fields.size(), 7u) << "the scanner listed nothing";
-    EXPECT_EQ (fields[0], "CLAP");
-    EXPECT_EQ (fields[1], "Quorlane");
-    EXPECT_EQ (fields[2], "2:2") << "audio inputs:outputs";
-    EXPECT_EQ (fields[3], "1:0") << "MIDI inputs:outputs";
-    EXPECT_EQ (fields[4], "20:0") << "parameters";
-    EXPECT_EQ (fields[5], "GUI,EXT,RT");
-    EXPECT_EQ (fields[6], QUORLANE_CLAP_PATH);
+    EXPECT_EQ (std::vector<std::string> (fields.begin(), fields.begin() + 7),
+               (std::vector<std::string> { "CLAP", "Quorlane", "2:2", "1:0", "20:0", "GUI,EXT,RT", QUORLANE_CLAP_PATH }));
 }

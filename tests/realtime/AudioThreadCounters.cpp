@@ -14,15 +14,13 @@
 // be watched, and then does what the original would. Counting at the C
 // library also sees the plug-in libraries loaded into the process, which carry
 // their own C++ runtime. Under a sanitizer, whose runtime owns the allocation
-// functions, heap calls go uncounted (countsHeapCalls).
+// functions, heap calls go uncounted (QUORLANE_SANITIZED).
 namespace
 {
 thread_local bool watched = false;
 
-std::atomic<long> allocations { 0 }, locks { 0 }, writes { 0 };
-
-// Set by countLibrariesOnly(): the executable's base, and the runtime
-// libraries' (which ask for memory on behalf of their callers).
+// Set by countLibrariesOnly(): the executable's base, and the C and C++
+// runtimes' (which ask for memory on behalf of their callers).
 std::atomic<const void*> executable { nullptr };
 const void* runtimes[2] {};
 
@@ -32,27 +30,24 @@ const void* baseOf (const void* address)
     return dladdr (address, &info) != 0 ? info.dli_fbase : nullptr;
 }
 
-bool isRuntime (const void* base) { return base == runtimes[0] || base == runtimes[1]; }
+bool inRuntime (const void* address) { return baseOf (address) == runtimes[0] || baseOf (address) == runtimes[1]; }
 
-// Whether the code that asked for memory is the executable's own: the caller
-// of the allocation function or, where that is the C or C++ runtime
-// (operator new, strdup), the first caller outside it.
+// Whether the executable's own code asked for memory: the caller of the
+// allocation function or, where that is a runtime (operator new, strdup),
+// the first caller outside it.
 bool askedByExecutable (const void* caller)
 {
-    if (! isRuntime (baseOf (caller)))
-        return baseOf (caller) == executable.load();
-
     void* frames[32];
-    const int count = backtrace (frames, 32);
+    const int count = inRuntime (caller) ? backtrace (frames, 32) : 0;
     int i = 0;
 
     while (i < count && frames[i] != caller)
         ++i;
 
-    while (i < count && isRuntime (baseOf (frames[i])))
+    while (i < count && inRuntime (frames[i]))
         ++i;
 
-    return i < count && baseOf (frames[i]) == executable.load();
+    return baseOf (i < count ? frames[i] : caller) == executable.load();
 }
 
 [[maybe_unused]] void countHeapCall (const void* caller) noexcept
@@ -61,10 +56,7 @@ bool askedByExecutable (const void* caller)
         return;
 
     watched = false;
-
-    if (executable.load() == nullptr || ! askedByExecutable (caller))
-        ++allocations;
-
+    AudioThreadCounters::heapCalls += executable.load() == nullptr || ! askedByExecutable (caller) ? 1 : 0;
     watched = true;
 }
 }
@@ -94,14 +86,8 @@ void free (void* p)
 int posix_memalign (void** result, size_t alignment, size_t size)
 {
     countHeapCall (__builtin_return_address (0));
-
-    if (auto* p = __libc_memalign (alignment, size))
-    {
-        *result = p;
-        return 0;
-    }
-
-    return ENOMEM;
+    *result = __libc_memalign (alignment, size);
+    return *result != nullptr ? 0 : ENOMEM;
 }
 }
 #endif
@@ -120,13 +106,10 @@ void AudioThreadCounters::countLibrariesOnly()
 {
     runtimes[0] = baseOf ((const void*) &std::terminate);
     runtimes[1] = baseOf ((const void*) &fputs);
-    executable = baseOf ((const void*) &AudioThreadCounters::read);
+    executable = baseOf ((const void*) &AudioThreadCounters::countLibrariesOnly);
 }
 
-AudioThreadCounters::Counts AudioThreadCounters::read()
-{
-    return { allocations.load(), locks.load(), writes.load() };
-}
+std::atomic<long> AudioThreadCounters::heapCalls { 0 }, AudioThreadCounters::locks { 0 }, AudioThreadCounters::writes { 0 };
 
 // Each lock is traced to the code that asked for it.
 extern "C" int pthread_mutex_lock (pthread_mutex_t* mutex)
@@ -135,7 +118,7 @@ extern "C" int pthread_mutex_lock (pthread_mutex_t* mutex)
 
     if (watched)
     {
-        ++locks;
+        ++AudioThreadCounters::locks;
         watched = false;
         LockTakers::note();
         watched = true;
@@ -150,7 +133,7 @@ extern "C" ssize_t write (int fd, const void* data, size_t size)
     static const auto original = reinterpret_cast<ssize_t (*) (int, const void*, size_t)> (dlsym (RTLD_NEXT, "write"));
 
     if (watched)
-        ++writes;
+        ++AudioThreadCounters::writes;
 
     return original (fd, data, size);
 }

@@ -15,9 +15,6 @@ namespace LockTakers
     // counting off.
     void note();
 
-    // "function (file:line)" of every taker in our own sources.
-    std::vector<std::string> ours();
-
-    // Every taker, for the log.
-    std::vector<std::string> all();
+    // "function (file:line)" of every taker, or of those in our own sources.
+    std::vector<std::string> named (bool oursOnly);
 }

@@ -26,92 +26,57 @@ namespace Clap
     inline const clap_plugin_factory_t* factory (const char* path)
     {
         static const SharedLibrary library { path };
-        static const auto* found = [path] () -> const clap_plugin_factory_t*
-        {
-            const auto* entry = static_cast<const clap_plugin_entry_t*> (library.symbol ("clap_entry"));
-
-            if (entry == nullptr || ! entry->init (path))
-                return nullptr;
-
-            return static_cast<const clap_plugin_factory_t*> (entry->get_factory (CLAP_PLUGIN_FACTORY_ID));
-        }();
-        return found;
+        static const auto* entry = static_cast<const clap_plugin_entry_t*> (library.symbol ("clap_entry"));
+        static const bool initialised = entry != nullptr && entry->init (path);
+        return initialised ? static_cast<const clap_plugin_factory_t*> (entry->get_factory (CLAP_PLUGIN_FACTORY_ID)) : nullptr;
     }
 
     // What the plug-in asks of its host, counted. The GUI extensions (timer
     // support, resize requests) are offered only when asked for; the host's
-    // timers then run when the test calls runTimers() on its main thread.
+    // timers then run when the test calls on_timer on its main thread.
     struct Host
     {
-        explicit Host (bool offersGui = false) : gui (offersGui)
-        {
-            host.host_data = this;
-            host.get_extension = [] (const clap_host_t* h, const char* id) -> const void*
-            {
-                auto& self = *static_cast<Host*> (h->host_data);
-
-                if (std::strcmp (id, CLAP_EXT_PARAMS) == 0)
-                    return &self.params;
-
-                if (self.gui && std::strcmp (id, CLAP_EXT_TIMER_SUPPORT) == 0)
-                    return &self.timers;
-
-                if (self.gui && std::strcmp (id, CLAP_EXT_GUI) == 0)
-                    return &self.hostGui;
-
-                return nullptr;
-            };
-            host.request_restart = host.request_process = host.request_callback = [] (const clap_host_t*) {};
-            params.rescan = [] (const clap_host_t* h, clap_param_rescan_flags) { ++from (h).rescans; };
-            params.clear = [] (const clap_host_t*, clap_id, clap_param_clear_flags) {};
-            params.request_flush = [] (const clap_host_t* h) { ++from (h).flushRequests; };
-
-            timers.register_timer = [] (const clap_host_t* h, uint32_t period, clap_id* id)
-            {
-                auto& self = from (h);
-                self.timerPeriod = period;
-                *id = self.timerId = 7;
-                return period > 0;
-            };
-            timers.unregister_timer = [] (const clap_host_t* h, clap_id id)
-            {
-                return std::exchange (from (h).timerId, CLAP_INVALID_ID) == id;
-            };
-
-            hostGui.resize_hints_changed = [] (const clap_host_t*) {};
-            hostGui.request_resize = [] (const clap_host_t* h, uint32_t width, uint32_t height)
-            {
-                auto& self = from (h);
-                self.requestedWidth = width;
-                self.requestedHeight = height;
-                ++self.resizeRequests;
-                return true;
-            };
-            hostGui.request_show = hostGui.request_hide = [] (const clap_host_t*) { return false; };
-            hostGui.closed = [] (const clap_host_t*, bool) {};
-        }
-
         static Host& from (const clap_host_t* h) { return *static_cast<Host*> (h->host_data); }
 
-        clap_host_t host { CLAP_VERSION_INIT, nullptr, "Quorlane tests", "Orlo", "", "1", nullptr, nullptr, nullptr, nullptr };
-        clap_host_params_t params {};
-        clap_host_timer_support_t timers {};
-        clap_host_gui_t hostGui {};
-        const bool gui;
+        const bool gui = false;
         std::atomic<int> rescans { 0 }, flushRequests { 0 }, resizeRequests { 0 };
         uint32_t timerPeriod = 0, requestedWidth = 0, requestedHeight = 0;
         clap_id timerId = CLAP_INVALID_ID;
+
+        clap_host_params_t params { [] (const clap_host_t* h, clap_param_rescan_flags) { ++from (h).rescans; },
+                                    [] (const clap_host_t*, clap_id, clap_param_clear_flags) {},
+                                    [] (const clap_host_t* h) { ++from (h).flushRequests; } };
+        clap_host_timer_support_t timers {
+            [] (const clap_host_t* h, uint32_t period, clap_id* id)
+            {
+                from (h).timerPeriod = period;
+                *id = from (h).timerId = 7;
+                return period > 0;
+            },
+            [] (const clap_host_t* h, clap_id id) { return std::exchange (from (h).timerId, CLAP_INVALID_ID) == id; } };
+        clap_host_gui_t hostGui { [] (const clap_host_t*) {},
+            [] (const clap_host_t* h, uint32_t width, uint32_t height)
+            {
+                from (h).requestedWidth = width;
+                from (h).requestedHeight = height;
+                return ++from (h).resizeRequests > 0;
+            },
+            [] (const clap_host_t*) { return false; }, [] (const clap_host_t*) { return false; }, [] (const clap_host_t*, bool) {} };
+        clap_host_t host { CLAP_VERSION_INIT, this, "Quorlane tests", "Orlo", "", "1", [] (const clap_host_t* h, const char* id) -> const void*
+            {
+                auto& self = from (h);
+                return std::strcmp (id, CLAP_EXT_PARAMS) == 0                   ? (const void*) &self.params
+                     : self.gui && std::strcmp (id, CLAP_EXT_TIMER_SUPPORT) == 0 ? (const void*) &self.timers
+                     : self.gui && std::strcmp (id, CLAP_EXT_GUI) == 0           ? (const void*) &self.hostGui
+                                                                                  : nullptr;
+            },
+            [] (const clap_host_t*) {}, [] (const clap_host_t*) {}, [] (const clap_host_t*) {} };
     };
 
     // Events handed to the plug-in, in the order added; what does not fit is left out.
     struct InputEvents
     {
-        union Event
-        {
-            clap_event_header_t header;
-            clap_event_param_value_t value;
-            clap_event_midi_t midi;
-        };
+        union Event { clap_event_header_t header; clap_event_param_value_t value; clap_event_midi_t midi; };
 
         InputEvents() { events.reserve (128); }
 
@@ -140,13 +105,7 @@ namespace Clap
     // The parameter events the plug-in sends back, up to a fixed number.
     struct OutputEvents
     {
-        struct Event
-        {
-            uint16_t type;
-            uint32_t flags;
-            clap_id param;
-            double value;
-        };
+        struct Event { uint16_t type; uint32_t flags; clap_id param; double value; };
 
         OutputEvents() { events.reserve (256); }
 
@@ -157,10 +116,9 @@ namespace Clap
             if (events.size() == events.capacity())
                 return false;
 
-            const auto param = e->type == CLAP_EVENT_PARAM_VALUE ? reinterpret_cast<const clap_event_param_value_t*> (e)->param_id
-                                                                 : reinterpret_cast<const clap_event_param_gesture_t*> (e)->param_id;
-            const auto value = e->type == CLAP_EVENT_PARAM_VALUE ? reinterpret_cast<const clap_event_param_value_t*> (e)->value : 0.0;
-            events.push_back ({ e->type, e->flags, param, value });
+            // Value and gesture events both start with the parameter's id.
+            const auto* value = reinterpret_cast<const clap_event_param_value_t*> (e);
+            events.push_back ({ e->type, e->flags, value->param_id, e->type == CLAP_EVENT_PARAM_VALUE ? value->value : 0.0 });
             return true;
         } };
 
@@ -170,7 +128,9 @@ namespace Clap
     // A stream that moves at most `step` bytes a call, as a host may.
     struct Stream
     {
-        explicit Stream (size_t maximumStep) : step (maximumStep) {}
+        const size_t step;
+        std::string bytes {};
+        size_t readPosition = 0;
 
         clap_ostream_t out { this, [] (const clap_ostream_t* s, const void* buffer, uint64_t size) -> int64_t
         {
@@ -188,10 +148,6 @@ namespace Clap
             self.readPosition += n;
             return (int64_t) n;
         } };
-
-        const size_t step;
-        std::string bytes;
-        size_t readPosition = 0;
     };
 
     // A saved state whose empty controller map is replaced by `assignments`
@@ -212,10 +168,11 @@ namespace Clap
     }
 
     // An initialised instance made on the calling thread (the host's main
-    // thread), activated for 48 kHz and blocks of up to 1024.
+    // thread), activated for 48 kHz and blocks of up to 1024; its host's
+    // counters make it impossible to copy.
     struct Instance
     {
-        Instance (const char* path, bool offersGui = false) : host (offersGui)
+        Instance (const char* path, bool offersGui = false) : host { offersGui }
         {
             const auto* f = factory (path);
             plugin = f != nullptr ? f->create_plugin (f, &host.host, "orlo.quorlane") : nullptr;
@@ -223,8 +180,8 @@ namespace Clap
             if (plugin == nullptr || ! plugin->init (plugin))
                 return;
 
-            params = static_cast<const clap_plugin_params_t*> (plugin->get_extension (plugin, CLAP_EXT_PARAMS));
-            state = static_cast<const clap_plugin_state_t*> (plugin->get_extension (plugin, CLAP_EXT_STATE));
+            params = extension<clap_plugin_params_t> (CLAP_EXT_PARAMS);
+            state = extension<clap_plugin_state_t> (CLAP_EXT_STATE);
             active = plugin->activate (plugin, 48000.0, 1, 1024);
         }
 
@@ -237,8 +194,8 @@ namespace Clap
                 plugin->destroy (plugin);
         }
 
-        Instance (const Instance&) = delete;
-        Instance& operator= (const Instance&) = delete;
+        template <typename Extension>
+        const Extension* extension (const char* id) const { return static_cast<const Extension*> (plugin->get_extension (plugin, id)); }
 
         // One block in place, on the calling thread.
         clap_process_status processHere (float* left, float* right, uint32_t frames, InputEvents& in, OutputEvents& out)
@@ -252,13 +209,12 @@ namespace Clap
         // One block in place, on an audio thread of its own.
         void process (std::vector<float>& left, std::vector<float>& right, InputEvents& in, OutputEvents& out)
         {
-            std::thread audio ([&]
+            std::thread ([&]
             {
                 plugin->start_processing (plugin);
                 status = processHere (left.data(), right.data(), (uint32_t) left.size(), in, out);
                 plugin->stop_processing (plugin);
-            });
-            audio.join();
+            }).join();
         }
 
         double value (clap_id id) const
@@ -270,14 +226,13 @@ namespace Clap
 
         std::string savedState() const
         {
-            Stream stream (7);
+            Stream stream { 7 };
             return state->save (plugin, &stream.out) ? stream.bytes : std::string();
         }
 
         bool loadState (const std::string& bytes) const
         {
-            Stream stream (5);
-            stream.bytes = bytes;
+            Stream stream { 5, bytes };
             return state->load (plugin, &stream.in);
         }
 

@@ -1,44 +1,24 @@
 #include "Environment.h"
 
+#include <cstdlib>
+
 #if defined(_WIN32)
- #include <windows.h>
-
- #include <string>
-
-namespace
-{
-    std::wstring wide (const char* utf8)
-    {
-        const int length = MultiByteToWideChar (CP_UTF8, 0, utf8, -1, nullptr, 0);
-        std::wstring text ((size_t) length, L'\0');
-        MultiByteToWideChar (CP_UTF8, 0, utf8, -1, text.data(), length);
-        text.resize ((size_t) length - 1);
-        return text;
-    }
-}
+ #include <filesystem>
 
 // The C runtime's copy and the system's (which JUCE reads) both change.
 void setEnvironmentVariable (const char* name, const char* value)
 {
+    const auto wide = [] (const char* utf8) { return std::filesystem::path ((const char8_t*) utf8).wstring(); };
     _wputenv_s (wide (name).c_str(), value != nullptr ? wide (value).c_str() : L"");
 }
 
 std::string environmentVariable (const char* name)
 {
-    const wchar_t* value = _wgetenv (wide (name).c_str());
-
-    if (value == nullptr)
-        return {};
-
-    const int length = WideCharToMultiByte (CP_UTF8, 0, value, -1, nullptr, 0, nullptr, nullptr);
-    std::string text ((size_t) length, '\0');
-    WideCharToMultiByte (CP_UTF8, 0, value, -1, text.data(), length, nullptr, nullptr);
-    text.resize ((size_t) length - 1);
-    return text;
+    const wchar_t* value = _wgetenv (std::filesystem::path ((const char8_t*) name).wstring().c_str());
+    const auto utf8 = value != nullptr ? std::filesystem::path (value).u8string() : std::u8string();
+    return { utf8.begin(), utf8.end() };
 }
 #else
- #include <cstdlib>
-
 void setEnvironmentVariable (const char* name, const char* value)
 {
     if (value != nullptr)

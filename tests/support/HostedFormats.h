@@ -23,19 +23,11 @@ struct HostedFormat
     friend void PrintTo (const HostedFormat& f, std::ostream* os) { *os << f.name; }
 };
 
-// The build's own plug-in, or an installed copy named by the variable: the
-// package tests load what each install put in place.
-inline juce::String hostedPluginLocation (const char* variable, const char* built)
-{
-    const auto installed = environmentVariable (variable);
-    return juce::String::fromUTF8 (installed.empty() ? built : installed.c_str());
-}
-
 // The formats this build of the tests can host.
 inline std::vector<HostedFormat> hostedFormats()
 {
     std::vector<HostedFormat> formats {
-        { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, hostedPluginLocation ("QUORLANE_VST3_PLUGIN", QUORLANE_VST3_PATH) }
+        { "VST3", [] { return std::make_unique<juce::VST3PluginFormat>(); }, juce::String::fromUTF8 (pluginLocation ("QUORLANE_VST3_PLUGIN", QUORLANE_VST3_PATH).c_str()) }
     };
 
 #ifdef QUORLANE_LV2_DIR // built where LV2 hosts run
@@ -49,7 +41,7 @@ inline std::vector<HostedFormat> hostedFormats()
         setenv ("HOME", emptyHome.getFile().getFullPathName().toRawUTF8(), 1);
         auto format = std::make_unique<juce::LV2PluginFormat>();
         setenv ("HOME", home.toRawUTF8(), 1);
-        format->searchPathsForPlugins (juce::FileSearchPath (hostedPluginLocation ("QUORLANE_LV2_FOLDER", QUORLANE_LV2_DIR)), true, false);
+        format->searchPathsForPlugins (juce::FileSearchPath (juce::String::fromUTF8 (pluginLocation ("QUORLANE_LV2_FOLDER", QUORLANE_LV2_DIR).c_str())), true, false);
         return std::unique_ptr<juce::AudioPluginFormat> (std::move (format));
     }, "urn:orlo:quorlane" });
 #endif
@@ -65,10 +57,7 @@ inline std::unique_ptr<juce::AudioPluginInstance> instantiateHosted (const Hoste
     // this process's message thread, would hand the work to that thread; a
     // DAW makes the instance on a thread of its own, which is not the
     // plug-in's message thread either.
-    struct CreationCall : juce::AudioPluginFormat
-    {
-        using juce::AudioPluginFormat::createPluginInstance;
-    };
+    struct CreationCall : juce::AudioPluginFormat { using juce::AudioPluginFormat::createPluginInstance; };
 
     auto format = hosted.create();
     juce::OwnedArray<juce::PluginDescription> types;
@@ -80,11 +69,8 @@ inline std::unique_ptr<juce::AudioPluginInstance> instantiateHosted (const Hoste
     std::unique_ptr<juce::AudioPluginInstance> instance;
     const auto create = [&]
     {
-        const auto call = &CreationCall::createPluginInstance;
-        (format.get()->*call) (*types[0], 48000.0, blockSize, [&] (std::unique_ptr<juce::AudioPluginInstance> made, const juce::String&)
-        {
-            instance = std::move (made);
-        });
+        (format.get()->*&CreationCall::createPluginInstance) (*types[0], 48000.0, blockSize,
+            [&] (std::unique_ptr<juce::AudioPluginInstance> made, const juce::String&) { instance = std::move (made); });
     };
 
     // Linux hosts make VST3 and LV2 instances on a thread of theirs that the
@@ -109,9 +95,7 @@ inline std::unique_ptr<juce::AudioPluginInstance> instantiateHosted (const Hoste
 // Formats order parameters their own way (LV2 by URI), so tests find them by name.
 inline juce::AudioProcessorParameter* parameterNamed (juce::AudioPluginInstance& plugin, const juce::String& name)
 {
-    for (auto* p : plugin.getParameters())
-        if (p->getName (64) == name)
-            return p;
-
-    return nullptr;
+    const auto& all = plugin.getParameters();
+    const auto found = std::find_if (all.begin(), all.end(), [&] (auto* p) { return p->getName (64) == name; });
+    return found != all.end() ? *found : nullptr;
 }

@@ -5,8 +5,6 @@
 
 #include <juce_core/juce_core.h>
 
-#include <optional>
-
 // Points the user settings folder (XDG_CONFIG_HOME, or APPDATA on Windows) at
 // a fresh folder for the lifetime of the object, so that plug-in instances
 // read and write their user settings there, and puts the previous value back
@@ -19,7 +17,7 @@ public:
     ScopedConfigHome()
         : folder (juce::File::getSpecialLocation (juce::File::tempDirectory)
                       .getNonexistentChildFile (juce::CharPointer_UTF8 ("quorlane config Zo\xc3\xab \xc3\x85ngstr\xc3\xb6m \xe5\xb1\xb1\xe7\x94\xb0"), {}, false)),
-          previous (fromEnvironment (userSettingsFolderVariable))
+          previous (juce::SystemStats::getEnvironmentVariable (userSettingsFolderVariable, unset))
     {
         folder.createDirectory();
         setEnvironmentVariable (userSettingsFolderVariable, folder.getFullPathName().toRawUTF8());
@@ -27,7 +25,7 @@ public:
 
     ~ScopedConfigHome()
     {
-        setEnvironmentVariable (userSettingsFolderVariable, previous.has_value() ? previous->toRawUTF8() : nullptr);
+        setEnvironmentVariable (userSettingsFolderVariable, previous != unset ? previous.toRawUTF8() : nullptr);
         folder.deleteRecursively();
     }
 
@@ -48,14 +46,9 @@ public:
     }
 
 private:
-    static std::optional<juce::String> fromEnvironment (const char* variable)
-    {
-        const auto value = juce::SystemStats::getEnvironmentVariable (variable, "\x01");
-        return value != "\x01" ? std::optional<juce::String> (value) : std::nullopt;
-    }
-
+    static constexpr const char* unset = "\x01";
     juce::File folder;
-    std::optional<juce::String> previous;
+    juce::String previous;
 
     JUCE_DECLARE_NON_COPYABLE (ScopedConfigHome)
 };

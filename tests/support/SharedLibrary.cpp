@@ -3,12 +3,11 @@
 #if defined(_WIN32)
  #include <windows.h>
 
+ #include <filesystem>
+
 SharedLibrary::SharedLibrary (const char* utf8Path)
 {
-    const int length = MultiByteToWideChar (CP_UTF8, 0, utf8Path, -1, nullptr, 0);
-    std::wstring path ((size_t) length, L'\0');
-    MultiByteToWideChar (CP_UTF8, 0, utf8Path, -1, path.data(), length);
-    handle = LoadLibraryW (path.c_str());
+    handle = LoadLibraryW (std::filesystem::path ((const char8_t*) utf8Path).wstring().c_str());
 
     if (handle == nullptr)
         problem = "LoadLibrary failed with error " + std::to_string (GetLastError());
