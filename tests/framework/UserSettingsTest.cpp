@@ -21,17 +21,17 @@ TEST (UserSettings, KeywordsChooseWhereNewInstancesStart)
         EXPECT_EQ (plugin.getSlotName (0), "Preset 1");
         EXPECT_EQ (plugin.getStoringMode(), BasePluginOldStyle::automaticStoring);
         EXPECT_EQ (plugin.getChangingType(), BasePluginOldStyle::silentChange);
-        plugin.changeToPreset (32);
-        EXPECT_EQ (liveValues (plugin), plugin.getSlot (32)->values) << "a silent change applies at once where nothing plays";
     }
 
     // Unknown keywords leave what was read before: the factory presets.
     home.writeSettings (R"(<QualitySettings default="high"/><QualitySettings default="ultra"/><QualitySettings default="HIGHEST"/>)"
-                        "<ResourcesSettings><Presets default='userPresets' file='x'/></ResourcesSettings>");
+                        "<ResourcesSettings><Presets default='userPresets' file='x'/></ResourcesSettings><PresetSettings changing='silent'/>");
     {
         Quorlane plugin;
         EXPECT_EQ (plugin.getDefaultQuality(), 2);
         EXPECT_EQ (plugin.getSlotName (0), "Cristal Cave [d/w]");
+        plugin.changeToPreset (32);
+        EXPECT_EQ (liveValues (plugin), plugin.getSlot (32)->values) << "a silent change applies at once where nothing plays";
     }
 
     for (const auto& file : { juce::String ("/no/such/bank.qlprsb"), juce::String() })
