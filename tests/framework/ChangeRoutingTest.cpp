@@ -11,11 +11,6 @@
 
 #include <thread>
 
-namespace
-{
-    constexpr int numValues = BasePluginOldStyle::numPresetableParameters;
-}
-
 // A program change and a controller moving one of the preset's parameters in
 // the same host block, either one first: after every block the engine runs
 // what the parameters show (and the quality's step), through a silent
@@ -47,8 +42,8 @@ TEST (ChangeRouting, ProgramChangesAndAutomationInOneBlockLeaveTheEngineOnThePar
             for (int block = 0; block < 2 * ProbeCore::fadeCalls; ++block)
             {
                 const auto live = liveValues (fx);
-                for (int i = 0; i < numValues; ++i)
-                    ASSERT_EQ (fx.probe->runs ((uint32_t) i), live[(size_t) i]) << "parameter " << i << ", block " << block;
+                for (size_t i = 0; i < live.size(); ++i)
+                    ASSERT_EQ (fx.probe->runs ((uint32_t) i), live[i]) << "parameter " << i << ", block " << block;
 
                 ASSERT_EQ (fx.probe->quality, 2) << "the quality reaches the engine as its step, rounded";
 
