@@ -1,73 +1,8 @@
 #include "StereoSignals.h"
-#include "engine/QuorlaneCore.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <memory>
-#include <random>
-#include <vector>
-
-// With the mixer fully dry the output is the input, 32 samples late, stereo
-// and mono; the volume's middle position is unity and its top four times.
-TEST (QuorlaneCore, LatencyIsOneBlockAndVolumeScale)
-{
-    for (float volume : { 0.5f, 1.0f })
-    {
-        QuorlaneCore core, mono;
-
-        for (auto* c : { &core, &mono })
-        {
-            c->postParameter (QuorlaneMapping::dryWet, 0.0f);
-            c->postParameter (QuorlaneMapping::outputVolume, volume);
-            c->prepare (44100.0, 512);
-            EXPECT_EQ (c->getLatency(), 32);
-        }
-
-        const Stereo in = noise (4000);
-        const Stereo out = render (core, in, { 100 });
-        std::vector<float> monoOut = in.left;
-        float* channels[] = { monoOut.data() };
-        mono.processMono (channels, 4000);
-        const float gain = volume == 0.5f ? 1.0f : 4.0f;
-
-        for (int i = 0; i < 4000; ++i)
-        {
-            const float expected = i < 32 ? 0.0f : gain * in.left[(size_t) i - 32];
-            ASSERT_NEAR (out.left[(size_t) i], expected, 1e-12) << i;
-            ASSERT_NEAR (monoOut[(size_t) i], expected, 1e-12) << i << " mono";
-        }
-    }
-}
-
-TEST (QuorlaneCore, SameOutputForAnyHostBlockSizeAndInPlace)
-{
-    const Stereo in = noise (48000);
-    auto reference = makeCore (48000.0, 1);
-    const Stereo expected = render (*reference, in, { 32 });
-
-    for (std::vector<int> sizes : { std::vector<int> { 1 }, { 31 }, { 33 }, { 1000 }, { 7, 64, 1, 500, 32 } })
-    {
-        auto core = makeCore (48000.0, 1);
-        const Stereo out = render (*core, in, sizes);
-        EXPECT_EQ (out.left, expected.left) << "block " << sizes[0];
-        EXPECT_EQ (out.right, expected.right) << "block " << sizes[0];
-    }
-
-    // In place, as hosts often call it.
-    auto core = makeCore (48000.0, 1);
-    Stereo io = in;
-
-    for (size_t done = 0; done < 48000; done += 480)
-    {
-        float* channels[] = { io.left.data() + done, io.right.data() + done };
-        core->process (channels, channels, 480);
-    }
-
-    EXPECT_EQ (io.left, expected.left);
-    EXPECT_EQ (io.right, expected.right);
-}
 
 // After a burst the tail runs until an envelope falls below the threshold;
 // from then on the output is exact zeros and the network stands still, so a
@@ -146,6 +81,10 @@ TEST (QuorlaneCore, CleanOutputAtEverySampleRate)
             for (const auto* channel : { &out.left, &out.right })
                 for (float x : *channel)
                     ASSERT_TRUE (std::isfinite (x) && std::fpclassify (x) != FP_SUBNORMAL) << rate << " " << setting;
+
+            // At the longest predelay the reverb stays silent for its 300 ms, however high the rate.
+            const auto heard = std::find_if (out.left.begin(), out.left.end(), [] (float x) { return std::abs (x) > 1e-6f; });
+            EXPECT_TRUE (setting == 0.0f || (double) (heard - out.left.begin()) >= 0.3 * rate) << rate;
         }
     }
 }
@@ -179,40 +118,4 @@ TEST (QuorlaneCore, OutOfRangeControlAndEmptyCallsChangeNothing)
     a->postQuality (0);
     render (*a, in);
     EXPECT_EQ (a->getQuality(), 0u);
-}
-
-// A preset change mutes the output, applies the preset once at the quiet
-// point, holds silence for 4000 samples at 44100 Hz (as long in time at any
-// rate) and fades back in.
-TEST (QuorlaneCore, PresetChangeFadesOutAppliesOnceAndReturns)
-{
-    struct Counter : CorvelleEffectCore::PresetChangeTarget
-    {
-        int calls = 0;
-        void applyPendingPresetChange() override { ++calls; }
-    };
-
-    for (const auto& [rate, hold] : { std::pair { 44100.0, 4000 }, std::pair { 48000.0, 4353 } })
-    {
-        SCOPED_TRACE (rate);
-        Counter counter;
-        QuorlaneCore core;
-        core.postParameter (QuorlaneMapping::dryWet, 0.0f);
-        core.prepare (rate, 512);
-        core.setPresetChangeTarget (&counter);
-
-        Stereo dc { std::vector<float> (20000, 0.5f), std::vector<float> (20000, 0.5f) };
-        render (core, dc);
-        core.postPresetChange();
-        const Stereo out = render (core, dc);
-
-        EXPECT_EQ (counter.calls, 1);
-        EXPECT_FALSE (core.isPresetFadeActive());
-
-        const auto quiet = std::find_if (out.left.begin(), out.left.end(), [] (float x) { return x < 1e-6f; });
-        ASSERT_NE (quiet, out.left.end());
-        const auto back = std::find_if (quiet, out.left.end(), [] (float x) { return x >= 1e-6f; });
-        EXPECT_NEAR (back - quiet, hold, 2);
-        EXPECT_EQ (out.left.back(), 0.5f);
-    }
 }

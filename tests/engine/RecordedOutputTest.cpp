@@ -1,9 +1,10 @@
 // The engine's output against a recording of it, so that work on its speed
 // cannot change its sound: every 1999th output sample of noise, impulse,
-// swept, preset-fade and mono renders stays within 1e-7 of RecordedOutput.txt,
-// from the fastest inner loops this processor runs and from the portable ones.
-// Record again only when the sound is meant to change: run this suite with
-// QUORLANE_RECORD_OUTPUT set to the recording's path.
+// swept, preset-fade, mono and dry renders stays within 1e-7 of
+// RecordedOutput.txt, from the fastest inner loops this processor runs and
+// from the portable ones. Record again only when the sound is meant to
+// change: run this suite with QUORLANE_RECORD_OUTPUT set to the recording's path.
+#include "engine/DelayKernels.h"
 #include "engine/QuorlaneCore.h"
 
 #include <gtest/gtest.h>
@@ -24,13 +25,14 @@ struct Recorder
     QuorlaneCore::Instructions instructions;
     std::vector<float> kept {};
     size_t counter = 0;
+    std::vector<int> pieces { hostBlock }; // of each host block
 
-    std::unique_ptr<QuorlaneCore> core (unsigned quality)
+    std::unique_ptr<QuorlaneCore> core (unsigned quality, double rate = 48000.0, float dryWet = 1.0f)
     {
         auto core = std::make_unique<QuorlaneCore> (instructions);
         core->postParameter (QuorlaneMapping::modulation, 1.0f);
-        core->postParameter (QuorlaneMapping::dryWet, 1.0f);
-        core->prepare (48000.0, hostBlock);
+        core->postParameter (QuorlaneMapping::dryWet, dryWet);
+        core->prepare (rate, hostBlock);
         core->postQuality (quality);
         return core;
     }
@@ -58,13 +60,17 @@ struct Recorder
                 right[(size_t) i] = impulse ? (b == 0 && i == 3 ? -0.5f : 0.0f) : noise();
             }
 
-            float* channels[] = { left.data(), right.data() };
-            const float* inputs[] = { left.data(), right.data() };
+            // In place, as hosts often call it, in the host's pieces.
+            for (size_t piece = 0, done = 0; done < (size_t) hostBlock; done += (size_t) pieces[piece++])
+            {
+                float* channels[] = { left.data() + done, right.data() + done };
+                const float* inputs[] = { channels[0], channels[1] };
 
-            if (mono)
-                core.processMono (channels, hostBlock);
-            else
-                core.process (inputs, channels, hostBlock);
+                if (mono)
+                    core.processMono (channels, pieces[piece]);
+                else
+                    core.process (inputs, channels, pieces[piece]);
+            }
 
             for (size_t i = 0; i < (size_t) hostBlock; ++i)
                 for (const auto* channel : { &left, &right })
@@ -104,6 +110,12 @@ struct PresetSwap : CorvelleEffectCore::PresetChangeTarget
     QuorlaneCore& core;
 };
 
+void changePresets (QuorlaneCore& core, int block)
+{
+    if (block % 100 == 20)
+        core.postPresetChange();
+}
+
 std::vector<float> renderAll (QuorlaneCore::Instructions instructions)
 {
     Recorder r { instructions };
@@ -119,10 +131,29 @@ std::vector<float> renderAll (QuorlaneCore::Instructions instructions)
     {
         auto core = r.core (quality);
         PresetSwap swap (*core);
-        r.render (*core, 3 * second, quality + 21, false, [] (QuorlaneCore& c, int b) { if (b % 100 == 20) c.postPresetChange(); });
+        r.render (*core, 3 * second, quality + 21, false, changePresets);
     }
 
     r.render (*r.core (2), 3 * second, 31, true);
+
+    // At 44.1 kHz, where the filters, delays and fade follow the rate, in
+    // host pieces that split the engine's 32-sample blocks every way: swept
+    // with preset changes, in stereo and in mono (whose filters glide alike);
+    // then fully dry at the top volume, the input four times louder one
+    // engine block late.
+    r.pieces = { 1, 31, 7, 64, 200, 33, 176 };
+
+    for (const bool mono : { false, true })
+    {
+        auto core = r.core (3, 44100.0);
+        PresetSwap swap (*core);
+        r.render (*core, 3 * second, 41u + mono, mono, [] (QuorlaneCore& c, int b) { sweepParameters (c, b); changePresets (c, b); });
+
+        auto dry = r.core (0, 44100.0, 0.0f);
+        dry->postParameter (QuorlaneMapping::outputVolume, 1.0f);
+        r.render (*dry, second, 51u + mono, mono);
+    }
+
     return r.kept;
 }
 }
@@ -144,6 +175,14 @@ TEST (RecordedOutput, NoiseImpulseSweepsFadesAndMonoKeepTheirSound)
         std::fclose (file);
         GTEST_SKIP() << "recorded " << kept.size() << " samples to " << path;
     }
+
+    // Where the processor has AVX2 and FMA (Wine passes them through), the
+    // fastest instructions are those kernels, not the portable ones twice.
+#if defined(__x86_64__)
+    const bool avx2 = __builtin_cpu_supports ("avx2") && __builtin_cpu_supports ("fma");
+    EXPECT_TRUE (! avx2 || (DelayKernels::best().plan != DelayKernels::portable().plan
+                            && DelayKernels::best().interpolate != DelayKernels::portable().interpolate));
+#endif
 
     std::vector<float> recorded;
 

@@ -84,7 +84,8 @@ TEST (BadInput, RefusedDocumentsChangeNothing)
     }
 
     // Raw bytes that are no chunk at all, and cuts through a real chunk, each
-    // also just before the next '>' where a cut end tag would pass for a whole one.
+    // also just before the next '>' where a cut end tag would pass for a whole
+    // one (every reader shares the check; the corpus holds a cut of each kind).
     juce::MemoryBlock good;
     plugin.getStateInformation (good);
 
@@ -104,17 +105,6 @@ TEST (BadInput, RefusedDocumentsChangeNothing)
             plugin.setStateInformation (bytes, (int) length);
             ASSERT_EQ (stateText (plugin), before) << "cut at " << length;
         }
-    }
-
-    // Every cut through a good bank file.
-    const juce::TemporaryFile bank (".qlprsb");
-    ASSERT_TRUE (plugin.saveBankFile (bank.getFile()));
-    const auto whole = bank.getFile().loadFileAsString();
-
-    for (int step = 1; step < 60; ++step)
-    {
-        ASSERT_TRUE (bank.getFile().replaceWithText (whole.substring (0, whole.length() * step / 60)));
-        ASSERT_FALSE (plugin.loadBankFile (bank.getFile())) << "cut at " << whole.length() * step / 60;
     }
 
     EXPECT_EQ (stateText (plugin), before);

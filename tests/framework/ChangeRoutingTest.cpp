@@ -11,26 +11,10 @@
 
 #include <thread>
 
-namespace
-{
-    constexpr int numValues = BasePluginOldStyle::numPresetableParameters;
-
-    void processBlock (ProbeEffect& fx, juce::MidiBuffer midi = {})
-    {
-        juce::AudioBuffer<float> buffer (2, 256);
-        buffer.clear();
-        fx.processBlock (buffer, midi);
-    }
-
-    float parameterValue (ProbeEffect& fx, int index)
-    {
-        return fx.getPluginParameter ((uint32_t) index)->getNormalisedValue();
-    }
-}
-
 // A program change and a controller moving one of the preset's parameters in
 // the same host block, either one first: after every block the engine runs
-// what the parameter shows, through a silent change's fade as well.
+// what the parameters show (and the quality's step), through a silent
+// change's fade as well.
 TEST (ChangeRouting, ProgramChangesAndAutomationInOneBlockLeaveTheEngineOnTheParameters)
 {
     const ScopedConfigHome home;
@@ -46,27 +30,32 @@ TEST (ChangeRouting, ProgramChangesAndAutomationInOneBlockLeaveTheEngineOnThePar
             fx.loadBank (0);
             fx.setChangingType (changing);
             fx.getMidiControl().assign (controller, fx.getPluginParameter (lateSize), true);
+            fx.getParameterManager().findParameter ("Quality")->setNormalisedValue (0.5f, ChangeOrigin::editor);
             fx.prepareToPlay (48000.0, 256);
-            processBlock (fx);
+            processBlocks (fx, 256, 1);
 
             juce::MidiBuffer midi;
             midi.addEvent (juce::MidiMessage::programChange (1, program), programFirst ? 10 : 100);
             midi.addEvent (juce::MidiMessage::controllerEvent (1, controller, 127), programFirst ? 100 : 10);
-            processBlock (fx, midi);
+            processBlocks (fx, 256, 1, midi);
 
             for (int block = 0; block < 2 * ProbeCore::fadeCalls; ++block)
             {
-                for (int i = 0; i < numValues; ++i)
-                    ASSERT_EQ (fx.probe->runs ((uint32_t) i), parameterValue (fx, i)) << "parameter " << i << ", block " << block;
+                const auto live = liveValues (fx);
+                for (size_t i = 0; i < live.size(); ++i)
+                    ASSERT_EQ (fx.probe->runs ((uint32_t) i), live[i]) << "parameter " << i << ", block " << block;
 
-                processBlock (fx);
+                ASSERT_EQ (fx.probe->quality, 2) << "the quality reaches the engine as its step, rounded";
+
+                processBlocks (fx, 256, 1);
             }
 
             const auto preset = ProbeEffect::valuesOf (0, program);
             const bool presetLast = ! programFirst || changing == BasePluginOldStyle::silentChange;
-            EXPECT_NEAR (parameterValue (fx, lateSize), presetLast ? preset[lateSize] : 1.0f, 1e-6f)
+            const auto live = liveValues (fx);
+            EXPECT_NEAR (live[lateSize], presetLast ? preset[lateSize] : 1.0f, 1e-6f)
                 << "the later change wins; a silent change applies at its quiet point";
-            EXPECT_NEAR (parameterValue (fx, lateSize + 1), preset[lateSize + 1], 1e-6f);
+            EXPECT_NEAR (live[lateSize + 1], preset[lateSize + 1], 1e-6f);
         }
     }
 }

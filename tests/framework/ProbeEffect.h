@@ -8,7 +8,7 @@
 #include <vector>
 
 // An effect around a stand-in core that shows what the processing frame hands
-// it: its inbox delivered as an engine takes it, and, when a log is given,
+// it: its inbox delivered as an engine takes it, and, when it logs,
 // each render call beside the MIDI the effect handled. It renders the left
 // channel times two and the right times three, and a preset change reaches
 // its quiet point a fixed number of render calls after it began, as a fade would.
@@ -77,7 +77,8 @@ struct ProbeCore : CorvelleEffect::Core
 
 struct ProbeEffect : CorvelleEffect
 {
-    explicit ProbeEffect (bool withCore = true, ProbeCore::Log* l = nullptr) : hasCore (withCore), log (l) { initialise(); }
+    // With logging, the core's render calls are logged beside the MIDI handled.
+    explicit ProbeEffect (bool logging = false) : log (logging ? &calls : nullptr) { initialise(); }
 
     juce::String getPluginName() const override { return "Quorlane"; }
     double getTailLengthSeconds() const override { return 0.0; }
@@ -85,9 +86,6 @@ struct ProbeEffect : CorvelleEffect
 
     std::unique_ptr<Core> createCore() override
     {
-        if (! hasCore)
-            return nullptr;
-
         auto made = std::make_unique<ProbeCore>();
         made->log = log;
         probe = made.get();
@@ -132,7 +130,15 @@ struct ProbeEffect : CorvelleEffect
         readBankElement (*PresetBank::write (bank, getParameterManager(), getPluginName()));
     }
 
-    bool hasCore;
+    // One block through the effect: what the core and the effect logged.
+    ProbeCore::Log process (juce::AudioBuffer<float>& buffer, juce::MidiBuffer midi = {})
+    {
+        calls.clear();
+        processBlock (buffer, midi);
+        return calls;
+    }
+
+    ProbeCore::Log calls;
     ProbeCore::Log* log;
     ProbeCore* probe = nullptr;
 };

@@ -18,28 +18,11 @@ namespace
                 b.setSample (c, i, (float) (i + 1) * (c == 0 ? 1.0f : -1.0f));
         return b;
     }
-
-    struct Calls { Log calls; };
-
-    // An effect whose core logs its render calls beside the MIDI handled (the
-    // log is made before the effect, which may log while it is built).
-    struct TestEffect : Calls, ProbeEffect
-    {
-        explicit TestEffect (bool withCore = true) : ProbeEffect (withCore, &calls) {}
-
-        // One block through the effect: what the core and the effect logged.
-        Log process (juce::AudioBuffer<float>& buffer, juce::MidiBuffer midi = {})
-        {
-            calls.clear();
-            processBlock (buffer, midi);
-            return calls;
-        }
-    };
 }
 
 TEST (ProcessingFrame, SplitsTheBlockOnlyAtMidiEventsSoControlIsSampleAccurate)
 {
-    TestEffect fx;
+    ProbeEffect fx (true);
     fx.prepareToPlay (48000.0, 256);
     auto buffer = ramp (2, 256);
     EXPECT_EQ (fx.process (buffer), (Log { "stereo 256" })) << "a plain block is one render call";
@@ -64,7 +47,7 @@ TEST (ProcessingFrame, SplitsTheBlockOnlyAtMidiEventsSoControlIsSampleAccurate)
 
 TEST (ProcessingFrame, MonoLayoutsUseTheMonoRenderAndClearSpareOutputs)
 {
-    TestEffect fx;
+    ProbeEffect fx (true);
     fx.setPlayConfigDetails (1, 2, 48000.0, 64);
     fx.prepareToPlay (48000.0, 64);
     auto buffer = ramp (2, 64);
@@ -77,27 +60,16 @@ TEST (ProcessingFrame, MonoLayoutsUseTheMonoRenderAndClearSpareOutputs)
     EXPECT_EQ (fx.process (mono), (Log { "mono 64" }));
 }
 
-TEST (ProcessingFrame, WithoutCoreOrWhileSuspendedAudioPassesThroughAndNoLatencyIsReported)
+TEST (ProcessingFrame, WhileSuspendedAudioPassesThroughAndMidiIsStillHandled)
 {
-    TestEffect bare (false);
-    bare.prepareToPlay (44100.0, 128);
-    auto buffer = ramp (2, 128);
-    const auto original = buffer;
-    juce::MidiBuffer midi;
-    midi.addEvent (juce::MidiMessage::controllerEvent (1, 1, 1), 64);
-    EXPECT_EQ (bare.process (buffer, midi), (Log { "cc 1" }));
-    for (int c = 0; c < 2; ++c)
-        for (int i = 0; i < 128; ++i)
-            ASSERT_EQ (buffer.getSample (c, i), original.getSample (c, i));
-
-    EXPECT_EQ (bare.getLatencySamples(), 0) << "the latency is the core's";
-
-    TestEffect fx;
-    EXPECT_EQ (fx.getLatencySamples(), 32);
+    ProbeEffect fx (true);
     fx.prepareToPlay (44100.0, 128);
     fx.suspendProcessing (true);
+    auto buffer = ramp (2, 128);
+    juce::MidiBuffer midi;
+    midi.addEvent (juce::MidiMessage::controllerEvent (1, 1, 1), 64);
     EXPECT_EQ (fx.process (buffer, midi), (Log { "cc 1" }));
-    EXPECT_EQ (buffer.getSample (1, 127), original.getSample (1, 127));
+    EXPECT_EQ (buffer.getSample (1, 127), ramp (2, 128).getSample (1, 127));
 }
 
 // A host may reset on its audio thread while a prepare holds the processing
@@ -105,7 +77,7 @@ TEST (ProcessingFrame, WithoutCoreOrWhileSuspendedAudioPassesThroughAndNoLatency
 // before the next piece it renders.
 TEST (ProcessingFrame, ResetNeverWaitsAndTakesEffectBeforeTheNextRender)
 {
-    TestEffect fx;
+    ProbeEffect fx (true);
     fx.prepareToPlay (48000.0, 64);
     fx.calls.clear();
     fx.reset();
@@ -132,26 +104,4 @@ TEST (ProcessingFrame, ResetNeverWaitsAndTakesEffectBeforeTheNextRender)
     auto buffer = ramp (2, 64);
     EXPECT_EQ (fx.process (buffer), (Log { "reset", "stereo 64" }));
     EXPECT_EQ (fx.process (buffer), (Log { "stereo 64" })) << "once";
-}
-
-TEST (EffectBase, ParameterChangesReachTheCoreAndQualityTakesItsSteps)
-{
-    TestEffect fx;
-    auto& core = *fx.probe;
-    ASSERT_EQ (core.runs (3), fx.getPluginParameter (3)->getNormalisedValue());
-    ASSERT_EQ (core.quality, 0);
-
-    fx.getPluginParameter (3)->setNormalisedValue (0.8f, ChangeOrigin::editor);
-    EXPECT_EQ (core.runs (3), 0.8f);
-
-    auto* quality = fx.getParameterManager().findParameter ("Quality");
-    const struct { float value; int step; } steps[] = { { 0.5f, 2 }, { 0.16f, 0 }, { 0.17f, 1 }, { 1.0f, 3 } };
-
-    for (const auto& s : steps)
-    {
-        quality->setNormalisedValue (s.value, ChangeOrigin::editor);
-        EXPECT_EQ (core.runs (quality->getIndex()), 0.0f) << "quality reaches the core as a step, not as a parameter";
-        EXPECT_EQ (core.quality, s.step) << s.value;
-        EXPECT_EQ (fx.getCurrentQualityStep(), s.step);
-    }
 }

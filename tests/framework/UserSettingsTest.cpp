@@ -2,6 +2,7 @@
 // which bank fills the slots, storing and changing modes), and what a change
 // writes back.
 #include "engine/Quorlane.h"
+#include "tests/support/PluginBlocks.h"
 #include "tests/support/ScopedConfigHome.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,6 @@ TEST (UserSettings, KeywordsChooseWhereNewInstancesStart)
     {
         Quorlane plugin;
         EXPECT_EQ (plugin.getDefaultQuality(), 3) << "the last QualitySettings wins";
-        EXPECT_NEAR (plugin.getPluginParameter (20)->getNormalisedValue(), 1.0f, 1e-6f);
         EXPECT_EQ (plugin.getCurrentQualityStep(), 3);
         EXPECT_EQ (plugin.getDefaultPresetsMode(), BasePluginOldStyle::clearPresets);
         EXPECT_EQ (plugin.getSlotName (0), "Preset 1");
@@ -25,11 +25,13 @@ TEST (UserSettings, KeywordsChooseWhereNewInstancesStart)
 
     // Unknown keywords leave what was read before: the factory presets.
     home.writeSettings (R"(<QualitySettings default="high"/><QualitySettings default="ultra"/><QualitySettings default="HIGHEST"/>)"
-                        "<ResourcesSettings><Presets default='userPresets' file='x'/></ResourcesSettings>");
+                        "<ResourcesSettings><Presets default='userPresets' file='x'/></ResourcesSettings><PresetSettings changing='silent'/>");
     {
         Quorlane plugin;
         EXPECT_EQ (plugin.getDefaultQuality(), 2);
         EXPECT_EQ (plugin.getSlotName (0), "Cristal Cave [d/w]");
+        plugin.changeToPreset (32);
+        EXPECT_EQ (liveValues (plugin), plugin.getSlot (32)->values) << "a silent change applies at once where nothing plays";
     }
 
     for (const auto& file : { juce::String ("/no/such/bank.qlprsb"), juce::String() })
@@ -41,9 +43,9 @@ TEST (UserSettings, KeywordsChooseWhereNewInstancesStart)
     }
 }
 
-// A change from the settings page is written at once, beside the other
-// settings, and starts later instances; the current one keeps its quality,
-// and a project's own (empty) controller map replaces the default one.
+// A change from the settings page starts later instances (the file's form is
+// WrittenDocuments'); the current one keeps its quality, and a project's own
+// (empty) controller map replaces the default one.
 TEST (UserSettings, ChangesAreSavedForLaterInstances)
 {
     const ScopedConfigHome home;
@@ -65,18 +67,7 @@ TEST (UserSettings, ChangesAreSavedForLaterInstances)
         plugin.setDefaultMidiMapFile (mapFile);
         plugin.setDefaultPresetsMode (BasePluginOldStyle::userDefinedPresets);
         plugin.setDefaultPresetsFile (bankFile);
-        plugin.setStoringMode (BasePluginOldStyle::onDemandStoring);
     }
-
-    const auto saved = juce::parseXML (home.settingsFile());
-    ASSERT_NE (saved, nullptr);
-    const auto* resources = saved->getChildByName ("ResourcesSettings");
-    ASSERT_NE (resources, nullptr);
-    EXPECT_EQ (resources->getNextElementWithTagName ("ResourcesSettings"), nullptr) << saved->toString();
-    ASSERT_NE (resources->getChildByName ("Presets"), nullptr);
-    EXPECT_EQ (resources->getChildByName ("Presets")->getStringAttribute ("default"), "userDefinedPresets");
-    EXPECT_NE (resources->getChildByName ("MidiCCMap"), nullptr);
-    EXPECT_EQ (saved->getChildByName ("PresetSettings")->getStringAttribute ("storing"), "onDemand");
 
     Quorlane plugin;
     EXPECT_EQ (plugin.getDefaultQuality(), 2);

@@ -1,7 +1,7 @@
 // The mix lock: preset changes keep "FX" and "Wet Gain" on every path that
-// changes presets, normal and silent, preset and bank files included; a new
-// instance still starts with its first preset in full; the user settings keep
-// the option.
+// changes presets, normal and silent, preset and bank files included, and the
+// preset's name follows; a new instance still starts with its first preset in
+// full; the user settings keep the option.
 #include "editor/OldStylePresetsBrowser.h"
 #include "engine/Quorlane.h"
 #include "tests/support/PluginBlocks.h"
@@ -53,7 +53,9 @@ namespace
 
         path.change (plugin);
         processBlocks (plugin, blockSize, 40); // past a silent change's quiet point
+        runMessageLoop();
         EXPECT_EQ (plugin.getCurrentPresetIndex(), (unsigned) path.target) << path.name;
+        EXPECT_EQ (plugin.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText(), plugin.getSlotName (path.target)) << path.name;
         return liveValues (plugin);
     }
 }
@@ -62,6 +64,7 @@ TEST (MixLock, EveryPresetChangeKeepsTheMixWhenLocked)
 {
     ScopedConfigHome home;
     Quorlane reference;
+    EXPECT_FALSE (reference.isMixLocked());
 
     for (const auto& path : paths)
     {
@@ -80,19 +83,10 @@ TEST (MixLock, EveryPresetChangeKeepsTheMixWhenLocked)
             EXPECT_EQ (changeWithMyMix (path, type, true), withMyMix) << kind << ": locked, the mix stays";
         }
     }
-}
 
-// Off by default, kept in the user settings; restoring a project sets the
-// live values it holds, the mix among them (PluginState).
-TEST (MixLock, TheOptionIsKeptAndANewInstanceStillStartsWithItsFirstPresetInFull)
-{
-    ScopedConfigHome home;
-    EXPECT_FALSE (Quorlane().isMixLocked());
+    // Kept for later instances, which still start with their first preset in full.
     Quorlane().setMixLock (true);
-
-    Quorlane plugin;
-    EXPECT_TRUE (plugin.isMixLocked());
-    EXPECT_EQ (liveValues (plugin), plugin.getSlot (0)->values);
-    plugin.setMixLock (false);
-    EXPECT_FALSE (Quorlane().isMixLocked());
+    Quorlane fresh;
+    EXPECT_TRUE (fresh.isMixLocked());
+    EXPECT_EQ (liveValues (fresh), fresh.getSlot (0)->values);
 }

@@ -1,5 +1,6 @@
 // The preset and bank elements as documents: what is accepted, and what a
-// read leaves in place (what is written is held byte for byte by WrittenDocuments).
+// read leaves in place (what is written, and read back, is held byte for byte
+// by WrittenDocuments).
 #include "presets/Preset.h"
 #include "presets/PresetBank.h"
 #include "framework/ParameterManager.h"
@@ -27,7 +28,8 @@ namespace
     };
 }
 
-// Foreign and malformed documents are refused in BadInput.
+// Foreign and malformed documents are refused, and values out of range
+// contained, in BadInput.
 TEST_F (PresetFormat, APresetIsReadInAnyCaseAndOnlyWhatItNames)
 {
     PresetRecord record;
@@ -42,14 +44,6 @@ TEST_F (PresetFormat, APresetIsReadInAnyCaseAndOnlyWhatItNames)
     EXPECT_EQ (record.values[18], 0.75f);
     EXPECT_EQ (record.values[6], 0.0f) << "a param without value reads as 0";
     EXPECT_EQ (record.values[0], 0.25f) << "values it does not mention stay";
-
-    ASSERT_TRUE (Preset::read (*xml ("<Preset application='Quorlane'><param name='FX' value='nan'/>"
-                                     "<param name='Predelay' value='1e300'/><param name='Modulation' value='-4'/></Preset>"),
-                               record, parameters, "Quorlane"));
-    EXPECT_EQ (record.name, "unnamed");
-    EXPECT_EQ (record.values[18], 0.0f);
-    EXPECT_EQ (record.values[16], 1.0f);
-    EXPECT_EQ (record.values[15], 0.0f);
 }
 
 TEST_F (PresetFormat, GroupsFillTheSlotsInOrderAndTheRestIsNotUsed)
@@ -72,12 +66,4 @@ TEST_F (PresetFormat, GroupsFillTheSlotsInOrderAndTheRestIsNotUsed)
     EXPECT_EQ (bank.slots[46].values[18], 0.75f);
     EXPECT_EQ (bank.slots[47].name, "Preset 48");
     EXPECT_EQ (bank.slots[47].values[18], 0.0f);
-
-    // What is written reads back to the same bank.
-    PresetBankRecord again;
-    ASSERT_TRUE (PresetBank::read (*PresetBank::write (bank, parameters, "Quorlane"), again, defaults, parameters, "Quorlane"));
-    EXPECT_EQ (again.groups.size(), 3u);
-    EXPECT_EQ (again.groups[2].count, 81);
-    EXPECT_EQ (again.slots[47].name, "Preset 48");
-    EXPECT_EQ (again.slots[46].values, bank.slots[46].values);
 }

@@ -97,6 +97,7 @@ TEST (WrittenDocuments, AreTheSameBytesOnEverySystemAndReadBackIntoTheSameSettin
 
     ASSERT_TRUE (plugin.loadBankFile (writtenFolder.getChildFile ("bank.qlprsb")));
     EXPECT_EQ (plugin.getGroups()[0].name, groupName);
+    EXPECT_EQ (plugin.getGroups().size(), 3u) << "the group of unused slots is read back, not added again";
     expectClose (plugin.getSlot (editedSlot)->values, edited->values, "bank file");
 
     ASSERT_TRUE (plugin.getMidiControl().loadFile (writtenFolder.getChildFile ("map.qlmidi")));
