@@ -295,11 +295,8 @@ TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
     const auto idleFor = [&] (int calls, bool withTimers = true) { while (calls-- > 0) idle (withTimers); };
 
     idleFor (30);
-   #if ! defined(_WIN32)
-    // Wine's screen read back never shows a child window's drawing.
     const auto drawn = windowPixels (parent.handle(), 0, 0, (int) width, (int) height);
     EXPECT_GT (std::set<uint32_t> (drawn.begin(), drawn.end()).size(), 50u) << "the skin is drawn in the host's window";
-   #endif
 
     // The automation event is added on the audio thread, for the next block.
     std::vector<float> left (256), right (256);
@@ -317,17 +314,19 @@ TEST (ClapHosting, EditorInTheHostsWindowFollowsAutomationOnTheHostsTimer)
     [&] { in.add (17, lateSize, 0.9); }, [&] { idle(); }, [&] { return instance.savedState(); });
     plugin->stop_processing (plugin);
 
-    // Without the host's timer calls the editor stands still; they bring it up to date.
+    // On Linux the host's timer calls run the plug-in's loop: without them the
+    // editor stands still, and they bring it up to date. (On Windows the
+    // host's own event loop runs it.)
     const auto knobBefore = windowPixels (parent.handle(), 171, 59, 35, 35);
     in.clear();
     in.add (0, lateSize, 0.1);
     instance.process (left, right, in, out);
-    idleFor (30, false);
    #if ! defined(_WIN32)
+    idleFor (30, false);
     EXPECT_EQ (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 0);
+   #endif
     idleFor (30);
     EXPECT_GT (pixelsChanged (knobBefore, windowPixels (parent.handle(), 171, 59, 35, 35)), 20);
-   #endif
 
     EXPECT_TRUE (gui->set_scale (plugin, 2.0));
     ASSERT_TRUE (gui->get_size (plugin, &width, &height));

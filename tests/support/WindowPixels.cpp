@@ -3,9 +3,38 @@
 #include <algorithm>
 
 #if defined(_WIN32)
-// Wine's screen read back never shows a child window's drawing: the checks
-// that read pixels run on Linux alone.
-std::vector<uint32_t> windowPixels (void*, int, int, int, int) { return {}; }
+ #include <windows.h>
+
+// From the screen, where the embedded child windows are drawn over the parent.
+std::vector<uint32_t> windowPixels (void* nativeWindow, int x, int y, int width, int height)
+{
+    POINT origin { x, y };
+
+    if (! ClientToScreen (static_cast<HWND> (nativeWindow), &origin))
+        return {};
+
+    auto* screen = GetDC (nullptr);
+    auto* memory = CreateCompatibleDC (screen);
+    auto* bitmap = CreateCompatibleBitmap (screen, width, height);
+    auto* previous = SelectObject (memory, bitmap);
+    BitBlt (memory, 0, 0, width, height, screen, origin.x, origin.y, SRCCOPY);
+    SelectObject (memory, previous);
+
+    BITMAPINFO info {};
+    info.bmiHeader.biSize = sizeof (info.bmiHeader);
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    std::vector<uint32_t> pixels ((size_t) (width * height));
+    GetDIBits (memory, bitmap, 0, (UINT) height, pixels.data(), &info, DIB_RGB_COLORS);
+
+    DeleteObject (bitmap);
+    DeleteDC (memory);
+    ReleaseDC (nullptr, screen);
+    return pixels;
+}
 #else
  #include <X11/Xlib.h>
  #include <X11/Xutil.h>
