@@ -13,13 +13,6 @@
 
 namespace EditorTest
 {
-    inline std::unique_ptr<juce::XmlElement> skin (const char* text)
-    {
-        auto root = juce::parseXML (juce::String (text));
-        jassert (root != nullptr);
-        return root;
-    }
-
     // Lets posted messages (button clicks) arrive, and the plug-in's poll
     // (every 20 ms) deliver deferred parameter notifications.
     inline void pumpMessages (int milliseconds = 50)
@@ -101,17 +94,6 @@ namespace EditorTest
 
         if (! window.hasKeyboardFocus (true))
             window.grabKeyboardFocus();
-    }
-
-    // An editor in a window of its own with the keyboard, as a screen reader
-    // or the keyboard finds it; JUCE builds the accessibility tree only for
-    // components on screen.
-    inline void showWithFocus (juce::Component& editor)
-    {
-        editor.addToDesktop (0);
-        editor.setVisible (true);
-        pumpMessages();
-        activate (editor);
     }
 
     // A key as the window receives it, passed on as JUCE does: to the focused

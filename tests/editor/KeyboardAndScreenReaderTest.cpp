@@ -4,14 +4,17 @@
 #include "EditorTestSupport.h"
 
 #include "editor/BasePluginEditorOldStyle.h"
+#include "editor/FocusRing.h"
 #include "editor/GFXAnimation.h"
 #include "editor/GFXButton.h"
 #include "editor/GFXDisplay.h"
+#include "editor/GFXKnob.h"
 #include "editor/OldStylePresetBrowserWindow.h"
 #include "editor/QuorlaneEditor.h"
 #include "editor/ValueFromText.h"
 #include "tests/support/ScopedConfigHome.h"
 
+#include <optional>
 #include <set>
 
 using namespace EditorTest;
@@ -48,12 +51,16 @@ namespace
             for (int i = 0; i < BasePlugin::hostParameterCount; ++i)
                 plugin.getHostParameter (i)->setValueNotifyingHost (0.03f + 0.047f * (float) i);
 
-            showWithFocus (editor);
+            // JUCE builds the accessibility tree only for components on screen.
+            editor->addToDesktop (0);
+            editor->setVisible (true);
+            pumpMessages();
+            activate (*editor);
         }
 
         juce::AccessibilityHandler& handlerOf (const char* name)
         {
-            return *editor.findController (name)->getComponent().getAccessibilityHandler();
+            return *editor->findController (name)->getComponent().getAccessibilityHandler();
         }
 
         // The names (or, where a control has none, the titles) that Tab visits.
@@ -73,14 +80,14 @@ namespace
 
         void focus (const char* name)
         {
-            editor.findController (name)->getComponent().grabKeyboardFocus();
+            editor->findController (name)->getComponent().grabKeyboardFocus();
             pumpMessages();
         }
 
         // The options chosen here stay out of the other tests' settings.
         ScopedConfigHome home;
         Quorlane plugin;
-        QuorlaneEditor editor { plugin };
+        std::optional<QuorlaneEditor> editor { std::in_place, plugin };
     };
 
     struct Keyboard : Accessibility {};
@@ -99,15 +106,49 @@ TEST_F (Keyboard, TabWalksTheControlsInReadingOrder)
                                 "X Fader, Modulation, Predelay, Wet Gain, FX, Output Volume, OptionsButton");
 
     press (Key::returnKey);
-    ASSERT_TRUE (editor.isShowingOptions());
+    ASSERT_TRUE (editor->isShowingOptions());
     EXPECT_EQ (tabThrough (6), "Quality, Presets, MIDI, Display, Default Quality, Current Quality");
 
     press (Key::escapeKey);
-    EXPECT_FALSE (editor.isShowingOptions());
+    EXPECT_FALSE (editor->isShowingOptions());
     EXPECT_EQ (focusedName(), "OptionsButton") << "the keyboard goes back to what opened the options";
     EXPECT_EQ (tabThrough (1), "AboutButton");
     press (Key::tabKey, juce::ModifierKeys::shiftModifier);
     EXPECT_EQ (focusedName(), "OptionsButton");
+}
+
+// The focused control wears the amber ring in the margin around it, as thick
+// in skin pixels at 2x as at 1x, and keeps its own picture; the pictures are
+// kept in the build folder for a look.
+TEST_F (Keyboard, TheFocusRingSurroundsTheFocusedControlAtEveryScale)
+{
+    auto& knob = find<GFXKnob> (*editor, "Predelay");
+    const auto area = knob.getBoundsInParent().expanded (FocusRing::margin);
+    const auto isRing = [] (juce::Colour c) { return c.getPerceivedBrightness() > 0.6f && c.getHue() > 0.05f && c.getHue() < 0.15f; };
+    int ringPixels[2] {};
+
+    for (const int scale : { 1, 2 })
+    {
+        editor->grabKeyboardFocus();
+        pumpMessages();
+        const auto plain = editor->createComponentSnapshot (area, true, (float) scale);
+        knob.grabKeyboardFocus();
+        pumpMessages();
+        const auto focused = editor->createComponentSnapshot (area, true, (float) scale);
+        save (editor->createComponentSnapshot (editor->getLocalBounds(), true, (float) scale),
+              scale == 1 ? "editor-focus.png" : "editor-focus@2x.png");
+
+        const auto inner = juce::Rectangle<int> (FocusRing::margin, FocusRing::margin, knob.getWidth(), knob.getHeight()) * scale;
+        EXPECT_EQ (differingPixels (focused.getClippedImage (inner), plain, inner.getPosition()), 0) << "the ring covers the knob";
+
+        for (int y = 0; y < focused.getHeight(); ++y)
+            for (int x = 0; x < focused.getWidth(); ++x)
+                ringPixels[scale - 1] += ! inner.contains (x, y) && isRing (focused.getPixelAt (x, y)) ? 1 : 0;
+    }
+
+    const int perimeter = 2 * (area.getWidth() + area.getHeight());
+    EXPECT_GT (ringPixels[0], perimeter * 3 / 4) << "a ring all round at 1x";
+    EXPECT_GT (ringPixels[1], ringPixels[0] * 3) << "twice as long and twice as thick at 2x";
 }
 
 // Arrows a fine step, Page keys a coarse one, Home and End the ends, a typed
@@ -165,11 +206,11 @@ TEST_F (Keyboard, ButtonsThePresetDisplayTheBrowserAndTheOptions)
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 3u);
 
     press (Key::returnKey);
-    EXPECT_TRUE (find<GFXDisplay> (editor, "PresetNameDisplay").isEditing());
+    EXPECT_TRUE (find<GFXDisplay> (*editor, "PresetNameDisplay").isEditing());
     type ("Thirty-three characters long, ok!");
     press (Key::returnKey);
     EXPECT_EQ (plugin.getSlotName (3), "Thirty-three characters long, ok") << "cut to the preset name's length";
-    EXPECT_EQ (find<GFXDisplay> (editor, "PresetNameDisplay").getShownText(), plugin.getSlotName (3));
+    EXPECT_EQ (find<GFXDisplay> (*editor, "PresetNameDisplay").getShownText(), plugin.getSlotName (3));
     EXPECT_EQ (focusedName(), "PresetNameDisplay");
 
     press (Key::F4Key);
@@ -185,9 +226,9 @@ TEST_F (Keyboard, ButtonsThePresetDisplayTheBrowserAndTheOptions)
     press (Key::escapeKey);
     EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr);
 
-    activate (editor);
-    editor.setOptionsVisible (true);
-    auto& tabs = *editor.getOptionsPanel();
+    activate (*editor);
+    editor->setOptionsVisible (true);
+    auto& tabs = *editor->getOptionsPanel();
     tabs.setCurrentTabIndex (tabs.getTabNames().indexOf ("Presets"));
     dynamic_cast<BasePluginEditorOldStyle::PresetsSettingsComponent&> (*tabs.getCurrentContentComponent())
         .getButton (2, 1).grabKeyboardFocus();
@@ -223,8 +264,8 @@ TEST (ValueFromText, ATypedDisplayTextFindsItsValue)
 // meters left out; the decay time a read-only label.
 TEST_F (Accessibility, TheTreeNamesEveryControlAndEachParameterOnceWithTheHostsText)
 {
-    editor.setOptionsVisible (true);
-    auto& tabs = *editor.getOptionsPanel();
+    editor->setOptionsVisible (true);
+    auto& tabs = *editor->getOptionsPanel();
 
     for (int page = 0; page < tabs.getNumTabs(); ++page)
     {
@@ -233,7 +274,7 @@ TEST_F (Accessibility, TheTreeNamesEveryControlAndEachParameterOnceWithTheHostsT
         std::map<juce::String, int> sliders;
         int onPage = 0;
 
-        for (auto* h : tree (*editor.getAccessibilityHandler()))
+        for (auto* h : tree (*editor->getAccessibilityHandler()))
         {
             EXPECT_FALSE (isInteractive (*h) && h->getTitle().isEmpty()) << "untitled, role " << (int) h->getRole();
             EXPECT_EQ (dynamic_cast<GFXAnimation*> (&h->getComponent()), nullptr) << "a meter is read out";
@@ -264,7 +305,7 @@ TEST_F (Accessibility, TheTreeNamesEveryControlAndEachParameterOnceWithTheHostsT
 
 // A knob set by text or by number moves its parameter in one host gesture
 // each, as a drag would; the preset display renames the preset through its
-// value and opens the browser as its menu.
+// value and opens the browser as its menu, a window that closes with the editor.
 TEST_F (Accessibility, ValuesSetThroughTheTreeMoveParametersInOneGesture)
 {
     HostGestures host (plugin);
@@ -294,7 +335,14 @@ TEST_F (Accessibility, ValuesSetThroughTheTreeMoveParametersInOneGesture)
 
     ASSERT_TRUE (preset.getActions().invoke (juce::AccessibilityActionType::showMenu));
     pumpMessages();
-    EXPECT_NE (findWindow<OldStylePresetBrowserWindow>(), nullptr);
+    auto* browser = findWindow<OldStylePresetBrowserWindow>();
+    ASSERT_NE (browser, nullptr);
+    EXPECT_TRUE (browser->isOnDesktop());
+    EXPECT_GT (browser->getWidth(), 300);
+
+    editor.reset();
+    pumpMessages();
+    EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr);
 }
 
 // Pressing each of the skin's buttons through the tree fires the event that
@@ -305,7 +353,7 @@ TEST_F (Accessibility, EveryButtonsPressDoesWhatItsClickDoes)
     RecordingListener heard;
     juce::Array<GFXButton*> buttons;
 
-    for (auto* control : editor.getControllers())
+    for (auto* control : editor->getControllers())
         if (auto* button = dynamic_cast<GFXButton*> (control))
             buttons.add (button);
 
