@@ -66,10 +66,8 @@ namespace
 TEST (FactoryBank, EveryPresetSoundsLikeItsName)
 {
     Quorlane plugin;
+    // The groups' names and the unused slots: the renderer's --list-presets.
     const auto groups = plugin.getGroups();
-    ASSERT_EQ (groups.size(), 3u);
-    ASSERT_EQ (groups[1].name, "Wet");
-    ASSERT_EQ (groups[2].name, "Not used");
     ASSERT_EQ (groups[0].count + groups[1].count, 47);
 
     auto phrase = synthesiseDemoPhrase (sampleRate);

@@ -45,7 +45,7 @@ namespace
 // 255 per channel, 1.1 % of pixels off by more than 48 (edges of text and knob
 // outlines antialias differently at the two sizes), and about 72 % uniform
 // blocks, where an enlargement of the 1x picture would be all blocks.
-TEST (DoubleResolution, TheWindowAtTwiceTheScaleMatchesTheWindowAtOnce)
+TEST (DoubleResolution, TheWindowAndItsControlsDrawFromTheTwinsAboveScaleOne)
 {
     Quorlane plugin;
     QuorlaneEditor editor (plugin);
@@ -60,14 +60,9 @@ TEST (DoubleResolution, TheWindowAtTwiceTheScaleMatchesTheWindowAtOnce)
     EXPECT_LT (d.mean, 2.0);
     EXPECT_LT (d.shareAbove, 0.02);
     EXPECT_LT (shareOfUniformBlocks (twice), 0.8);
-}
 
-// Above scale 1 a knob shows its frame copied pixel for pixel from the twin
-// strip, and at 125 % the twin reduced; the font has its twin too.
-TEST (DoubleResolution, ControlsDrawFromTheTwinAboveScaleOne)
-{
-    Quorlane plugin;
-    QuorlaneEditor editor (plugin);
+    // A knob shows its frame copied pixel for pixel from the twin strip, and
+    // at 125 % the twin reduced; the font has its twin too.
     EXPECT_TRUE (find<GFXDisplay> (editor, "PresetNameDisplay").getFont().getStrip().hasDoubleResolution());
     auto& knob = find<GFXKnob> (editor, "Early Size");
 

@@ -152,9 +152,9 @@ TEST_F (Keyboard, TheFocusRingSurroundsTheFocusedControlAtEveryScale)
 }
 
 // Arrows a fine step, Page keys a coarse one, Home and End the ends, a typed
-// number in the knob's units; one host gesture for each change and none
-// where nothing moves.
-TEST_F (Keyboard, KnobsMoveByKeyAndTakeTypedValues)
+// number in the knob's units, and through the tree a text or a number; one
+// host gesture for each change, as a drag would, and none where nothing moves.
+TEST_F (Keyboard, KnobsMoveByKeyByTypedValuesAndThroughTheTree)
 {
     HostGestures host (plugin);
     const int index = 6;
@@ -163,15 +163,13 @@ TEST_F (Keyboard, KnobsMoveByKeyAndTakeTypedValues)
     const float start = value();
     focus ("Late Size");
 
-    press (Key::upKey);
-    EXPECT_NEAR (value(), start + 0.01f, 1e-6f);
-    press (Key::pageDownKey);
-    EXPECT_NEAR (value(), start - 0.09f, 1e-6f);
-    press (Key::endKey);
-    EXPECT_EQ (value(), 1.0f);
-    press (Key::upKey);
-    press (Key::homeKey);
-    EXPECT_EQ (value(), 0.0f);
+    for (const auto& [key, expected] : { std::pair { Key::upKey, start + 0.01f }, { Key::pageDownKey, start - 0.09f },
+                                         { Key::endKey, 1.0f }, { Key::upKey, 1.0f }, { Key::homeKey, 0.0f } })
+    {
+        press (key);
+        EXPECT_NEAR (value(), expected, 1e-6f) << key;
+    }
+
     EXPECT_EQ (host.begun[index], 4);
     EXPECT_EQ (host.ended[index], 4);
 
@@ -187,22 +185,32 @@ TEST_F (Keyboard, KnobsMoveByKeyAndTakeTypedValues)
     press (Key::escapeKey);
     EXPECT_EQ (plugin.getHostParameterText (index), wanted) << "Escape drops the typed text";
     EXPECT_EQ (host.begun[index], 5);
+
+    auto& size = *handlerOf ("Late Size").getValueInterface();
+    const auto target = plugin.getHostParameterText (index, 0.42f);
+    size.setValueAsString (target);
+    EXPECT_EQ (plugin.getHostParameterText (index), target);
+    size.setValue (0.25);
+    EXPECT_FLOAT_EQ (plugin.getHostParameterValue (index), 0.25f);
+    EXPECT_EQ (size.getCurrentValueAsString(), plugin.getHostParameterText (index));
+    EXPECT_EQ (host.begun[index], 7);
+    EXPECT_EQ (host.ended[index], 7);
 }
 
 // Space and Return click a button. On the preset display the arrows step,
 // Return renames and F4 opens the browser, where the arrows pass over
-// presets, Return loads one and Escape closes. Space picks an option.
+// presets, Return loads one and Escape closes. Space picks an option. Through
+// the tree the preset display renames the preset by its value and opens the
+// browser as its menu, a window that closes with the editor.
 TEST_F (Keyboard, ButtonsThePresetDisplayTheBrowserAndTheOptions)
 {
+    const auto pressEach = [] (std::initializer_list<int> keys) { for (const int key : keys) press (key); };
     focus ("NextPresetButton");
-    press (Key::spaceKey);
-    press (Key::returnKey);
+    pressEach ({ Key::spaceKey, Key::returnKey });
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 2u);
 
     focus ("PresetNameDisplay");
-    press (Key::downKey);
-    press (Key::downKey);
-    press (Key::upKey);
+    pressEach ({ Key::downKey, Key::downKey, Key::upKey });
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 3u);
 
     press (Key::returnKey);
@@ -218,8 +226,7 @@ TEST_F (Keyboard, ButtonsThePresetDisplayTheBrowserAndTheOptions)
     auto* list = dynamic_cast<juce::ListBox*> (juce::Component::getCurrentlyFocusedComponent());
     ASSERT_NE (list, nullptr) << "the browser opens in its list of presets";
     EXPECT_EQ (list->getSelectedRow(), 3);
-    press (Key::downKey);
-    press (Key::downKey);
+    pressEach ({ Key::downKey, Key::downKey });
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 3u);
     press (Key::returnKey);
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 5u);
@@ -234,6 +241,25 @@ TEST_F (Keyboard, ButtonsThePresetDisplayTheBrowserAndTheOptions)
         .getButton (2, 1).grabKeyboardFocus();
     press (Key::spaceKey);
     EXPECT_EQ (plugin.getChangingType(), 1) << "Space chose \"Silent\"";
+
+    auto& preset = handlerOf ("PresetNameDisplay");
+    EXPECT_EQ (preset.getRole(), Role::comboBox);
+    EXPECT_EQ (preset.getTitle(), "Current Preset Name");
+    preset.getValueInterface()->setValueAsString ("Cathedral");
+    EXPECT_EQ (plugin.getSlotName ((int) plugin.getCurrentPresetIndex()), "Cathedral");
+    pumpMessages();
+    EXPECT_EQ (preset.getValueInterface()->getCurrentValueAsString(), "Cathedral") << "the display follows";
+
+    ASSERT_TRUE (preset.getActions().invoke (juce::AccessibilityActionType::showMenu));
+    pumpMessages();
+    auto* browser = findWindow<OldStylePresetBrowserWindow>();
+    ASSERT_NE (browser, nullptr);
+    EXPECT_TRUE (browser->isOnDesktop());
+    EXPECT_GT (browser->getWidth(), 300);
+
+    editor.reset();
+    pumpMessages();
+    EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr);
 }
 
 // A typed display text comes back to its value for every parameter, by the
@@ -301,48 +327,6 @@ TEST_F (Accessibility, TheTreeNamesEveryControlAndEachParameterOnceWithTheHostsT
     EXPECT_EQ (decay.getRole(), Role::label);
     EXPECT_TRUE (decay.getValueInterface()->isReadOnly());
     EXPECT_TRUE (decay.getValueInterface()->getCurrentValueAsString().endsWith ("s"));
-}
-
-// A knob set by text or by number moves its parameter in one host gesture
-// each, as a drag would; the preset display renames the preset through its
-// value and opens the browser as its menu, a window that closes with the editor.
-TEST_F (Accessibility, ValuesSetThroughTheTreeMoveParametersInOneGesture)
-{
-    HostGestures host (plugin);
-    auto& size = *handlerOf ("Late Size").getValueInterface();
-    const int index = (int) plugin.getParameterManager().findParameter ("Late Size")->getIndex();
-    const auto target = plugin.getHostParameterText (index, 0.42f);
-
-    size.setValueAsString (target);
-    EXPECT_EQ (plugin.getHostParameterText (index), target);
-    size.setValue (0.25);
-    EXPECT_FLOAT_EQ (plugin.getHostParameterValue (index), 0.25f);
-    EXPECT_EQ (size.getCurrentValueAsString(), plugin.getHostParameterText (index));
-    EXPECT_EQ (host.begun[index], 2);
-    EXPECT_EQ (host.ended[index], 2);
-
-    auto& preset = handlerOf ("PresetNameDisplay");
-    EXPECT_EQ (preset.getRole(), Role::comboBox);
-    EXPECT_EQ (preset.getTitle(), "Current Preset Name");
-    preset.getValueInterface()->setValueAsString ("Cathedral");
-    EXPECT_EQ (plugin.getSlotName ((int) plugin.getCurrentPresetIndex()), "Cathedral");
-    // Cut by characters, never inside one: forty of two and three bytes each.
-    const auto longName = juce::String::repeatedString (juce::String (juce::CharPointer_UTF8 ("\xc3\xa9\xe5\xa4\xa7")), 20);
-    preset.getValueInterface()->setValueAsString (longName);
-    EXPECT_EQ (plugin.getSlotName ((int) plugin.getCurrentPresetIndex()), longName.substring (0, 32));
-    pumpMessages();
-    EXPECT_EQ (preset.getValueInterface()->getCurrentValueAsString(), longName.substring (0, 32)) << "the display follows";
-
-    ASSERT_TRUE (preset.getActions().invoke (juce::AccessibilityActionType::showMenu));
-    pumpMessages();
-    auto* browser = findWindow<OldStylePresetBrowserWindow>();
-    ASSERT_NE (browser, nullptr);
-    EXPECT_TRUE (browser->isOnDesktop());
-    EXPECT_GT (browser->getWidth(), 300);
-
-    editor.reset();
-    pumpMessages();
-    EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr);
 }
 
 // Pressing each of the skin's buttons through the tree fires the event that
