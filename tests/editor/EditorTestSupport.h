@@ -98,7 +98,7 @@ namespace EditorTest
 
     // A key as the window receives it, passed on as JUCE does: to the focused
     // control, then up its parents, and Tab moving the focus.
-    inline void deliver (const juce::KeyPress& key)
+    inline void press (const juce::KeyPress& key, int pumpMilliseconds = 50)
     {
         auto* focused = juce::Component::getCurrentlyFocusedComponent();
 
@@ -106,19 +106,15 @@ namespace EditorTest
             throw std::runtime_error ("no focused window for a key");
 
         focused->getPeer()->handleKeyPress (key);
+        pumpMessages (pumpMilliseconds);
     }
 
-    inline void press (int keyCode, juce::ModifierKeys modifiers = {})
-    {
-        deliver (juce::KeyPress (keyCode, modifiers, 0));
-        pumpMessages();
-    }
+    inline void press (int keyCode, juce::ModifierKeys modifiers = {}) { press (juce::KeyPress (keyCode, modifiers, 0)); }
 
     inline void type (const juce::String& text)
     {
         for (auto c : text)
-            deliver (juce::KeyPress ((int) juce::CharacterFunctions::toUpperCase (c), {}, c));
-
+            press (juce::KeyPress ((int) juce::CharacterFunctions::toUpperCase (c), {}, c), 0);
         pumpMessages();
     }
 
