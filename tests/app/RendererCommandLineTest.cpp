@@ -1,4 +1,6 @@
 #include "AudioFiles.h"
+#include "DecayPlot.h"
+#include "ImpulseResponse.h"
 
 #include <juce_audio_formats/juce_audio_formats.h>
 #include <juce_graphics/juce_graphics.h>
@@ -244,9 +246,16 @@ TEST_F (RendererCommandLine, ImpulseResponseDecayPlotAndDemoPhraseAreWritten)
     EXPECT_EQ (reader->sampleRate, 44100.0);
     EXPECT_GT (reader->lengthInSamples, 4410);
 
+    // The plot as drawn here, every pixel through the PNG file.
     const auto plot = juce::ImageFileFormat::loadFrom (file ("decay.png"));
-    EXPECT_TRUE (plot.isValid());
+    const auto drawn = drawDecayPlot (ImpulseResponse::render (PluginSettings { { { "FX", 1.0f } } }, 44100.0));
+    ASSERT_EQ (plot.getBounds(), drawn.getBounds());
     EXPECT_GT (plot.getWidth(), plot.getHeight());
+    int differing = 0;
+    for (int y = 0; y < plot.getHeight(); ++y)
+        for (int x = 0; x < plot.getWidth(); ++x)
+            differing += plot.getPixelAt (x, y) != drawn.getPixelAt (x, y) ? 1 : 0;
+    EXPECT_EQ (differing, 0);
 
     const auto demo = run ({ "--make-demo-phrase", path ("dry.wav") });
     ASSERT_EQ (demo.exitCode, 0) << demo.output;

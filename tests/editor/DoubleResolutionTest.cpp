@@ -69,6 +69,7 @@ TEST (DoubleResolution, TheWindowAndItsControlsDrawFromTheTwinsAboveScaleOne)
     const auto twin = SkinValues::loadImage ("KnobMain@2x.png");
     const int frameHeight = twin.getHeight() / knob.getNumFrames();
     const auto drawn = knob.createComponentSnapshot (knob.getLocalBounds(), false, 2.0f);
+    save (drawn, "knob@2x.png"); // art with partial alpha
     ASSERT_EQ (drawn.getBounds(), juce::Rectangle<int> (twin.getWidth(), frameHeight));
     EXPECT_EQ (differingPixels (drawn, twin, { 0, knob.getShownFrame() * frameHeight }), 0);
 

@@ -64,13 +64,30 @@ namespace EditorTest
         return (double) uniform / (double) blocks;
     }
 
-    // Kept as a PNG in the build folder for a look.
+    // Kept as a PNG in the build folder for a look, and read back: every
+    // channel within the rounding of premultiplied alpha (the skin's art and
+    // the renderer's plots go through the same codec).
     inline void save (const juce::Image& image, const char* name)
     {
         const auto file = juce::File (QUORLANE_TEST_OUTPUT_DIR).getChildFile (name);
         file.deleteFile();
-        juce::FileOutputStream out (file);
-        EXPECT_TRUE (out.openedOk() && juce::PNGImageFormat().writeImageToStream (image, out)) << name;
+        {
+            juce::FileOutputStream out (file);
+            EXPECT_TRUE (out.openedOk() && juce::PNGImageFormat().writeImageToStream (image, out)) << name;
+        }
+        const auto back = juce::ImageFileFormat::loadFrom (file);
+        ASSERT_EQ (back.getBounds(), image.getBounds()) << name;
+        int largest = 0;
+
+        for (int y = 0; y < image.getHeight(); ++y)
+            for (int x = 0; x < image.getWidth(); ++x)
+            {
+                const auto p = image.getPixelAt (x, y).getPixelARGB(), q = back.getPixelAt (x, y).getPixelARGB();
+                for (const int d : { p.getRed() - q.getRed(), p.getGreen() - q.getGreen(), p.getBlue() - q.getBlue(), p.getAlpha() - q.getAlpha() })
+                    largest = std::max (largest, std::abs (d));
+            }
+
+        EXPECT_LE (largest, 2) << name;
     }
 
     template <typename Control>
