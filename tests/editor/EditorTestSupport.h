@@ -93,12 +93,10 @@ namespace EditorTest
     template <typename Control>
     Control& find (const BasePluginEditor& editor, const juce::String& name)
     {
-        auto* control = dynamic_cast<Control*> (editor.findController (name));
+        if (auto* control = dynamic_cast<Control*> (editor.findController (name)))
+            return *control;
 
-        if (control == nullptr)
-            throw std::runtime_error (("no control " + name).toStdString());
-
-        return *control;
+        throw std::runtime_error (("no control " + name).toStdString());
     }
 
     // Makes a window the one the system sends keys to and lets JUCE hear of

@@ -7,7 +7,7 @@
 #include "../support/ScopedConfigHome.h"
 
 // Groups are added and removed without breaking the bank's partition; the
-// presets column shows the chosen group's slots, loads and renames them.
+// presets column shows the chosen group's slots and renames them.
 TEST (PresetBrowser, GroupOperationsKeepThePartitionAndColumnsShowTheChosenGroupsSlots)
 {
     Quorlane plugin;
@@ -36,12 +36,10 @@ TEST (PresetBrowser, GroupOperationsKeepThePartitionAndColumnsShowTheChosenGroup
     EXPECT_EQ (presets->getNumItems(), 128);
     EXPECT_EQ (presets->getItemText (4), "Preset 5");
 
-    presets->itemChosen (4);
-    EXPECT_EQ (plugin.getCurrentPresetIndex(), 4u);
-
+    // (Choosing a row loads it: the keyboard test's Return in this list. A
+    // rename reaches the name parameter by the manager's one rule.)
     presets->itemRenamed (4, "Cathedral");
     EXPECT_EQ (plugin.getSlotName (4), "Cathedral");
-    EXPECT_EQ (plugin.getParameterManager().findParameter ("Current Preset Name")->getText(), "Cathedral");
 
     browser.chooseGroup (0);
     browser.removeGroup();
