@@ -33,8 +33,9 @@ namespace
 // Silence before the onset does not count as decay, and a response cut off
 // mid-decay (where the level is 36 dB down, as the plug-in's gate or a length
 // limit would) measures as if it had gone on: uncorrected, the curve's plunge
-// at the end would shorten T30 by 5 %.
-TEST (DecayMeasurement, RecoversTheReverberationTimeOfExponentialDecays)
+// at the end would shorten T30 by 5 %. Each time fits its own part of a
+// double-slope decay; a response without a decay gives none.
+TEST (DecayMeasurement, RecoversReverberationTimesAndFindsNoneWithoutADecay)
 {
     const struct { double t60, leadingSilence, length; } cases[] = { { 0.5, 0.0, 1.5 }, { 2.0, 0.0, 1.5 }, { 1.0, 0.25, 1.5 }, { 2.0, 0.0, 0.6 } };
 
@@ -63,37 +64,24 @@ TEST (DecayMeasurement, RecoversTheReverberationTimeOfExponentialDecays)
         ASSERT_LE (curve[i], curve[i - 1]) << "at sample " << i;
 
     EXPECT_NEAR (curve[(size_t) (0.5 * sampleRate)], -30.0, 1.0);
-}
 
-TEST (DecayMeasurement, EachTimeFitsItsOwnPartOfADoubleSlopeDecay)
-{
     // A loud short decay over a quiet long one: the early decay follows the
     // first, the later ranges more and more the second.
-    auto response = exponentialDecay (0.3, 4.0);
+    auto doubleSlope = exponentialDecay (0.3, 4.0);
     const auto slow = exponentialDecay (3.0, 4.0, 0.03f, 2);
+    for (size_t i = 0; i < doubleSlope.size(); ++i)
+        doubleSlope[i] += slow[i];
 
-    for (size_t i = 0; i < response.size(); ++i)
-        response[i] += slow[i];
-
-    const auto times = measure (response);
-
+    const auto times = measure (doubleSlope);
     ASSERT_TRUE (times.edt.has_value() && times.t20.has_value() && times.t30.has_value());
     EXPECT_NEAR (*times.edt, 0.3, 0.05);
     EXPECT_GT (*times.t20, *times.edt * 1.5);
     EXPECT_GT (*times.t30, *times.t20);
-}
 
-// Silence, or a lone click, has no decay to measure.
-TEST (DecayMeasurement, ResponsesWithoutADecayGiveNoTimes)
-{
+    // Silence, or a lone click, has no decay to measure.
     std::vector<float> silence (48000, 0.0f), click = silence;
     click[100] = 1.0f;
-
     for (const auto& response : { silence, click })
-    {
-        const auto times = measure (response);
-        EXPECT_FALSE (times.edt || times.t20 || times.t30);
-    }
-
+        EXPECT_FALSE (measure (response).edt || measure (response).t20 || measure (response).t30);
     EXPECT_TRUE (energyDecayCurve (silence.data(), (int) silence.size(), sampleRate).empty());
 }

@@ -66,10 +66,8 @@ namespace
 TEST (FactoryBank, EveryPresetSoundsLikeItsName)
 {
     Quorlane plugin;
+    // The groups' names and the unused slots: the renderer's --list-presets.
     const auto groups = plugin.getGroups();
-    ASSERT_EQ (groups.size(), 3u);
-    ASSERT_EQ (groups[1].name, "Wet");
-    ASSERT_EQ (groups[2].name, "Not used");
     ASSERT_EQ (groups[0].count + groups[1].count, 47);
 
     auto phrase = synthesiseDemoPhrase (sampleRate);
@@ -83,14 +81,7 @@ TEST (FactoryBank, EveryPresetSoundsLikeItsName)
 
         // The group decides the mix: a usable balance, or nothing but reverb.
         const float fx = plugin.getSlot (slot)->values[QuorlaneMapping::dryWet];
-        if (slot >= groups[0].count)
-        {
-            EXPECT_EQ (fx, 1.0f);
-        }
-        else
-        {
-            EXPECT_TRUE (fx >= 0.15f && fx <= 0.6f) << fx;
-        }
+        EXPECT_TRUE (slot >= groups[0].count ? fx == 1.0f : fx >= 0.15f && fx <= 0.6f) << fx;
 
         // The room itself: measured on the wet signal alone.
         const auto response = ImpulseResponse::render (PluginSettings { { { "FX", 1.0f } }, 3, name }, sampleRate);
@@ -105,14 +96,8 @@ TEST (FactoryBank, EveryPresetSoundsLikeItsName)
         }
 
         const double brightness = effectiveFrequency (response.samples);
-        if (name.startsWith ("Dark Room"))
-        {
-            EXPECT_LT (brightness, 4500.0);
-        }
-        else if (name.startsWith ("Metal Walls"))
-        {
-            EXPECT_GT (brightness, 7000.0);
-        }
+        EXPECT_TRUE (! name.startsWith ("Dark Room") || brightness < 4500.0) << brightness;
+        EXPECT_TRUE (! name.startsWith ("Metal Walls") || brightness > 7000.0) << brightness;
 
         // The phrase through the preset as it stands, dry part and all.
         const auto rendered = renderBuffer (phrase, PluginSettings { {}, 3, name }, TailLength::fixed (0.0), sampleRate);

@@ -27,31 +27,27 @@ namespace
     const PluginSettings dryOnly { { { "FX", 0.0f } } };
 }
 
-TEST (PluginRender, OutputLinesUpWithTheInputSampleForSample)
+// Without reverb the output lines up with the input sample for sample and
+// nothing after the input is kept. A tail until silence ends on the last
+// audible sample, or at its limit. (A fixed tail adds exactly its length:
+// checked on the renderer's files.)
+TEST (PluginRender, OutputLinesUpAndATailUntilSilenceEndsOnTheLastAudibleSampleOrAtItsLimit)
 {
-    juce::AudioBuffer<float> input (2, 30000);
-    input.clear();
-    input.setSample (0, 10007, 0.5f);
-    input.setSample (1, 20011, 0.5f);
+    const auto input = noiseBurst (24000, 4800);
+    auto marked = input;
+    marked.setSample (0, 10007, 0.9f);
+    marked.setSample (1, 20011, 0.9f);
 
-    const auto result = render (input, dryOnly, TailLength::fixed (0.0));
-
-    ASSERT_EQ (result.audio.getNumSamples(), input.getNumSamples());
+    const auto dry = render (marked, dryOnly, TailLength::untilSilent (30.0));
+    ASSERT_EQ (dry.audio.getNumSamples(), input.getNumSamples());
 
     for (int channel = 0; channel < 2; ++channel)
     {
-        const float* samples = result.audio.getReadPointer (channel);
-        const auto loudest = std::max_element (samples, samples + result.audio.getNumSamples(),
+        const float* samples = dry.audio.getReadPointer (channel);
+        const auto loudest = std::max_element (samples, samples + dry.audio.getNumSamples(),
                                                [] (float a, float b) { return std::abs (a) < std::abs (b); });
         EXPECT_EQ (loudest - samples, channel == 0 ? 10007 : 20011);
     }
-}
-
-// A fixed tail adds exactly its length (checked on the renderer's files);
-// a tail until silence ends on the last audible sample, or at its limit.
-TEST (PluginRender, TailUntilSilenceEndsOnTheLastAudibleSampleOrAtItsLimit)
-{
-    const auto input = noiseBurst (24000, 4800);
 
     const auto wet = render (input, {}, TailLength::untilSilent (30.0));
     const int length = wet.audio.getNumSamples();
@@ -61,9 +57,6 @@ TEST (PluginRender, TailUntilSilenceEndsOnTheLastAudibleSampleOrAtItsLimit)
     EXPECT_GE (wet.audio.getMagnitude (length - 1, 1), TailLength::inaudible) << "ends on an audible sample";
     EXPECT_FALSE (wet.summary.tailCutShort);
     EXPECT_GT (wet.summary.peak, 0.0f);
-
-    // Without reverb there is nothing after the input to keep.
-    EXPECT_EQ (render (input, dryOnly, TailLength::untilSilent (30.0)).audio.getNumSamples(), input.getNumSamples());
 
     const PluginSettings endless { { { "Late Feedback", 1.0f }, { "X Fader", 1.0f } } };
     const auto cut = render (input, endless, TailLength::untilSilent (1.0));

@@ -13,13 +13,6 @@
 
 namespace EditorTest
 {
-    inline std::unique_ptr<juce::XmlElement> skin (const char* text)
-    {
-        auto root = juce::parseXML (juce::String (text));
-        jassert (root != nullptr);
-        return root;
-    }
-
     // Lets posted messages (button clicks) arrive, and the plug-in's poll
     // (every 20 ms) deliver deferred parameter notifications.
     inline void pumpMessages (int milliseconds = 50)
@@ -71,24 +64,39 @@ namespace EditorTest
         return (double) uniform / (double) blocks;
     }
 
-    // Kept as a PNG in the build folder for a look.
+    // Kept as a PNG in the build folder for a look, and read back: every
+    // channel within the rounding of premultiplied alpha (the skin's art and
+    // the renderer's plots go through the same codec).
     inline void save (const juce::Image& image, const char* name)
     {
         const auto file = juce::File (QUORLANE_TEST_OUTPUT_DIR).getChildFile (name);
         file.deleteFile();
-        juce::FileOutputStream out (file);
-        EXPECT_TRUE (out.openedOk() && juce::PNGImageFormat().writeImageToStream (image, out)) << name;
+        {
+            juce::FileOutputStream out (file);
+            EXPECT_TRUE (out.openedOk() && juce::PNGImageFormat().writeImageToStream (image, out)) << name;
+        }
+        const auto back = juce::ImageFileFormat::loadFrom (file);
+        ASSERT_EQ (back.getBounds(), image.getBounds()) << name;
+        int largest = 0;
+
+        for (int y = 0; y < image.getHeight(); ++y)
+            for (int x = 0; x < image.getWidth(); ++x)
+            {
+                const auto p = image.getPixelAt (x, y).getPixelARGB(), q = back.getPixelAt (x, y).getPixelARGB();
+                for (const int d : { p.getRed() - q.getRed(), p.getGreen() - q.getGreen(), p.getBlue() - q.getBlue(), p.getAlpha() - q.getAlpha() })
+                    largest = std::max (largest, std::abs (d));
+            }
+
+        EXPECT_LE (largest, 2) << name;
     }
 
     template <typename Control>
     Control& find (const BasePluginEditor& editor, const juce::String& name)
     {
-        auto* control = dynamic_cast<Control*> (editor.findController (name));
+        if (auto* control = dynamic_cast<Control*> (editor.findController (name)))
+            return *control;
 
-        if (control == nullptr)
-            throw std::runtime_error (("no control " + name).toStdString());
-
-        return *control;
+        throw std::runtime_error (("no control " + name).toStdString());
     }
 
     // Makes a window the one the system sends keys to and lets JUCE hear of
@@ -103,20 +111,9 @@ namespace EditorTest
             window.grabKeyboardFocus();
     }
 
-    // An editor in a window of its own with the keyboard, as a screen reader
-    // or the keyboard finds it; JUCE builds the accessibility tree only for
-    // components on screen.
-    inline void showWithFocus (juce::Component& editor)
-    {
-        editor.addToDesktop (0);
-        editor.setVisible (true);
-        pumpMessages();
-        activate (editor);
-    }
-
     // A key as the window receives it, passed on as JUCE does: to the focused
     // control, then up its parents, and Tab moving the focus.
-    inline void deliver (const juce::KeyPress& key)
+    inline void press (const juce::KeyPress& key, int pumpMilliseconds = 50)
     {
         auto* focused = juce::Component::getCurrentlyFocusedComponent();
 
@@ -124,19 +121,15 @@ namespace EditorTest
             throw std::runtime_error ("no focused window for a key");
 
         focused->getPeer()->handleKeyPress (key);
+        pumpMessages (pumpMilliseconds);
     }
 
-    inline void press (int keyCode, juce::ModifierKeys modifiers = {})
-    {
-        deliver (juce::KeyPress (keyCode, modifiers, 0));
-        pumpMessages();
-    }
+    inline void press (int keyCode, juce::ModifierKeys modifiers = {}) { press (juce::KeyPress (keyCode, modifiers, 0)); }
 
     inline void type (const juce::String& text)
     {
         for (auto c : text)
-            deliver (juce::KeyPress ((int) juce::CharacterFunctions::toUpperCase (c), {}, c));
-
+            press (juce::KeyPress ((int) juce::CharacterFunctions::toUpperCase (c), {}, c), 0);
         pumpMessages();
     }
 

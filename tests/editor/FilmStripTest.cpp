@@ -1,12 +1,10 @@
 #include "EditorTestSupport.h"
 
-#include "editor/BitmapFont.h"
 #include "editor/GFXAnimation.h"
 #include "editor/GFXButton.h"
 #include "editor/GFXDisplay.h"
 #include "editor/GFXKnob.h"
 #include "editor/QuorlaneEditor.h"
-#include "editor/SkinImage.h"
 
 using namespace EditorTest;
 
@@ -61,10 +59,33 @@ TEST_F (FilmStrip, KnobsFollowTheParameterAndDragAsOneHostGesture)
     EXPECT_GT (plugin.getPluginParameter (0)->getNormalisedValue(), 0.5f) << "dragging up turns the knob up from the middle";
 }
 
+// The meters follow the processed level and rest when nothing is processed.
 // A button held but dragged outside shows its released frame.
-TEST_F (FilmStrip, AnimationsClampAndRepaintOnlyOnANewFrameButtonsShowHeldOnlyWhileOver)
+TEST_F (FilmStrip, MetersFollowTheLevelAnimationsClampAndRepaintOnlyOnANewFrameButtonsShowHeldOnlyWhileOver)
 {
     auto& meter = find<GFXAnimation> (editor, "LeftVUMeter");
+    auto& right = find<GFXAnimation> (editor, "RightVUMeter");
+    plugin.prepareToPlay (44100.0, 512);
+    editor.refreshMeters(); // asks for a reading
+    juce::AudioBuffer<float> buffer (2, 512);
+    juce::MidiBuffer midi;
+
+    for (int i = 0; i < 512; ++i)
+    {
+        buffer.setSample (0, i, 0.9f * std::sin ((float) i * 0.1f));
+        buffer.setSample (1, i, 0.5f * std::sin ((float) i * 0.07f));
+    }
+
+    for (int block = 0; block < 20; ++block)
+        plugin.processBlock (buffer, midi);
+
+    editor.refreshMeters();
+    EXPECT_GT (meter.getFrame(), 0);
+    EXPECT_GT (right.getFrame(), 0);
+    plugin.releaseResources();
+    editor.refreshMeters();
+    EXPECT_EQ (meter.getFrame(), 0);
+    EXPECT_EQ (right.getFrame(), 0);
 
     for (const auto& [value, frame, redrawn] : { std::tuple { 1.7f, 11, true }, { -0.2f, 0, true }, { 0.5f, 6, true },
                                                  { 0.52f, 6, false } })
@@ -95,25 +116,4 @@ TEST_F (FilmStrip, TextDisplaysShowTheirParametersInTheSkinsColoursOrRefuseEdits
     bool clicks = true, childClicks = true;
     readOnly.getInterceptsMouseClicks (clicks, childClicks);
     EXPECT_FALSE (clicks || childClicks) << "a read-only display ignores clicks";
-}
-
-TEST (BitmapFont, MapsCharactersToCellsOfTheStrip)
-{
-    const auto skinImage = SkinImage::load ("Fonts.png");
-    BitmapFont font;
-    font.setStrip (skinImage, ' ', 9);
-
-    ASSERT_EQ (font.getNumCells(), 192);
-    for (const auto& [character, cell] : { std::pair<juce::juce_wchar, int> { ' ', 0 }, { 'A', 33 }, { 223, 191 }, { 224, -1 },
-                                           { '\t', -1 } })
-        EXPECT_EQ (font.getCell (character), cell) << (int) character;
-
-    // Drawing copies exactly the character's cell, and nothing for a character without one.
-    juce::Image drawn (juce::Image::ARGB, 7, 9, true);
-    {
-        juce::Graphics g (drawn);
-        font.drawGlyph (g, 'A', 0, 0);
-        font.drawGlyph (g, '\t', 0, 0);
-    }
-    EXPECT_EQ (differingPixels (drawn, skinImage.getImage(), { 0, 33 * 9 }), 0);
 }

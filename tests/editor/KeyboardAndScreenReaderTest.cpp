@@ -4,14 +4,17 @@
 #include "EditorTestSupport.h"
 
 #include "editor/BasePluginEditorOldStyle.h"
+#include "editor/FocusRing.h"
 #include "editor/GFXAnimation.h"
 #include "editor/GFXButton.h"
 #include "editor/GFXDisplay.h"
+#include "editor/GFXKnob.h"
 #include "editor/OldStylePresetBrowserWindow.h"
 #include "editor/QuorlaneEditor.h"
 #include "editor/ValueFromText.h"
 #include "tests/support/ScopedConfigHome.h"
 
+#include <optional>
 #include <set>
 
 using namespace EditorTest;
@@ -48,12 +51,16 @@ namespace
             for (int i = 0; i < BasePlugin::hostParameterCount; ++i)
                 plugin.getHostParameter (i)->setValueNotifyingHost (0.03f + 0.047f * (float) i);
 
-            showWithFocus (editor);
+            // JUCE builds the accessibility tree only for components on screen.
+            editor->addToDesktop (0);
+            editor->setVisible (true);
+            pumpMessages();
+            activate (*editor);
         }
 
         juce::AccessibilityHandler& handlerOf (const char* name)
         {
-            return *editor.findController (name)->getComponent().getAccessibilityHandler();
+            return *editor->findController (name)->getComponent().getAccessibilityHandler();
         }
 
         // The names (or, where a control has none, the titles) that Tab visits.
@@ -73,14 +80,14 @@ namespace
 
         void focus (const char* name)
         {
-            editor.findController (name)->getComponent().grabKeyboardFocus();
+            editor->findController (name)->getComponent().grabKeyboardFocus();
             pumpMessages();
         }
 
         // The options chosen here stay out of the other tests' settings.
         ScopedConfigHome home;
         Quorlane plugin;
-        QuorlaneEditor editor { plugin };
+        std::optional<QuorlaneEditor> editor { std::in_place, plugin };
     };
 
     struct Keyboard : Accessibility {};
@@ -99,21 +106,55 @@ TEST_F (Keyboard, TabWalksTheControlsInReadingOrder)
                                 "X Fader, Modulation, Predelay, Wet Gain, FX, Output Volume, OptionsButton");
 
     press (Key::returnKey);
-    ASSERT_TRUE (editor.isShowingOptions());
+    ASSERT_TRUE (editor->isShowingOptions());
     EXPECT_EQ (tabThrough (6), "Quality, Presets, MIDI, Display, Default Quality, Current Quality");
 
     press (Key::escapeKey);
-    EXPECT_FALSE (editor.isShowingOptions());
+    EXPECT_FALSE (editor->isShowingOptions());
     EXPECT_EQ (focusedName(), "OptionsButton") << "the keyboard goes back to what opened the options";
     EXPECT_EQ (tabThrough (1), "AboutButton");
     press (Key::tabKey, juce::ModifierKeys::shiftModifier);
     EXPECT_EQ (focusedName(), "OptionsButton");
 }
 
+// The focused control wears the amber ring in the margin around it, as thick
+// in skin pixels at 2x as at 1x, and keeps its own picture; the pictures are
+// kept in the build folder for a look.
+TEST_F (Keyboard, TheFocusRingSurroundsTheFocusedControlAtEveryScale)
+{
+    auto& knob = find<GFXKnob> (*editor, "Predelay");
+    const auto area = knob.getBoundsInParent().expanded (FocusRing::margin);
+    const auto isRing = [] (juce::Colour c) { return c.getPerceivedBrightness() > 0.6f && c.getHue() > 0.05f && c.getHue() < 0.15f; };
+    int ringPixels[2] {};
+
+    for (const int scale : { 1, 2 })
+    {
+        editor->grabKeyboardFocus();
+        pumpMessages();
+        const auto plain = editor->createComponentSnapshot (area, true, (float) scale);
+        knob.grabKeyboardFocus();
+        pumpMessages();
+        const auto focused = editor->createComponentSnapshot (area, true, (float) scale);
+        save (editor->createComponentSnapshot (editor->getLocalBounds(), true, (float) scale),
+              scale == 1 ? "editor-focus.png" : "editor-focus@2x.png");
+
+        const auto inner = juce::Rectangle<int> (FocusRing::margin, FocusRing::margin, knob.getWidth(), knob.getHeight()) * scale;
+        EXPECT_EQ (differingPixels (focused.getClippedImage (inner), plain, inner.getPosition()), 0) << "the ring covers the knob";
+
+        for (int y = 0; y < focused.getHeight(); ++y)
+            for (int x = 0; x < focused.getWidth(); ++x)
+                ringPixels[scale - 1] += ! inner.contains (x, y) && isRing (focused.getPixelAt (x, y)) ? 1 : 0;
+    }
+
+    const int perimeter = 2 * (area.getWidth() + area.getHeight());
+    EXPECT_GT (ringPixels[0], perimeter * 3 / 4) << "a ring all round at 1x";
+    EXPECT_GT (ringPixels[1], ringPixels[0] * 3) << "twice as long and twice as thick at 2x";
+}
+
 // Arrows a fine step, Page keys a coarse one, Home and End the ends, a typed
-// number in the knob's units; one host gesture for each change and none
-// where nothing moves.
-TEST_F (Keyboard, KnobsMoveByKeyAndTakeTypedValues)
+// number in the knob's units, and through the tree a text or a number; one
+// host gesture for each change, as a drag would, and none where nothing moves.
+TEST_F (Keyboard, KnobsMoveByKeyByTypedValuesAndThroughTheTree)
 {
     HostGestures host (plugin);
     const int index = 6;
@@ -122,15 +163,13 @@ TEST_F (Keyboard, KnobsMoveByKeyAndTakeTypedValues)
     const float start = value();
     focus ("Late Size");
 
-    press (Key::upKey);
-    EXPECT_NEAR (value(), start + 0.01f, 1e-6f);
-    press (Key::pageDownKey);
-    EXPECT_NEAR (value(), start - 0.09f, 1e-6f);
-    press (Key::endKey);
-    EXPECT_EQ (value(), 1.0f);
-    press (Key::upKey);
-    press (Key::homeKey);
-    EXPECT_EQ (value(), 0.0f);
+    for (const auto& [key, expected] : { std::pair { Key::upKey, start + 0.01f }, { Key::pageDownKey, start - 0.09f },
+                                         { Key::endKey, 1.0f }, { Key::upKey, 1.0f }, { Key::homeKey, 0.0f } })
+    {
+        press (key);
+        EXPECT_NEAR (value(), expected, 1e-6f) << key;
+    }
+
     EXPECT_EQ (host.begun[index], 4);
     EXPECT_EQ (host.ended[index], 4);
 
@@ -146,30 +185,40 @@ TEST_F (Keyboard, KnobsMoveByKeyAndTakeTypedValues)
     press (Key::escapeKey);
     EXPECT_EQ (plugin.getHostParameterText (index), wanted) << "Escape drops the typed text";
     EXPECT_EQ (host.begun[index], 5);
+
+    auto& size = *handlerOf ("Late Size").getValueInterface();
+    const auto target = plugin.getHostParameterText (index, 0.42f);
+    size.setValueAsString (target);
+    EXPECT_EQ (plugin.getHostParameterText (index), target);
+    size.setValue (0.25);
+    EXPECT_FLOAT_EQ (plugin.getHostParameterValue (index), 0.25f);
+    EXPECT_EQ (size.getCurrentValueAsString(), plugin.getHostParameterText (index));
+    EXPECT_EQ (host.begun[index], 7);
+    EXPECT_EQ (host.ended[index], 7);
 }
 
 // Space and Return click a button. On the preset display the arrows step,
 // Return renames and F4 opens the browser, where the arrows pass over
-// presets, Return loads one and Escape closes. Space picks an option.
+// presets, Return loads one and Escape closes. Space picks an option. Through
+// the tree the preset display renames the preset by its value and opens the
+// browser as its menu, a window that closes with the editor.
 TEST_F (Keyboard, ButtonsThePresetDisplayTheBrowserAndTheOptions)
 {
+    const auto pressEach = [] (std::initializer_list<int> keys) { for (const int key : keys) press (key); };
     focus ("NextPresetButton");
-    press (Key::spaceKey);
-    press (Key::returnKey);
+    pressEach ({ Key::spaceKey, Key::returnKey });
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 2u);
 
     focus ("PresetNameDisplay");
-    press (Key::downKey);
-    press (Key::downKey);
-    press (Key::upKey);
+    pressEach ({ Key::downKey, Key::downKey, Key::upKey });
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 3u);
 
     press (Key::returnKey);
-    EXPECT_TRUE (find<GFXDisplay> (editor, "PresetNameDisplay").isEditing());
+    EXPECT_TRUE (find<GFXDisplay> (*editor, "PresetNameDisplay").isEditing());
     type ("Thirty-three characters long, ok!");
     press (Key::returnKey);
     EXPECT_EQ (plugin.getSlotName (3), "Thirty-three characters long, ok") << "cut to the preset name's length";
-    EXPECT_EQ (find<GFXDisplay> (editor, "PresetNameDisplay").getShownText(), plugin.getSlotName (3));
+    EXPECT_EQ (find<GFXDisplay> (*editor, "PresetNameDisplay").getShownText(), plugin.getSlotName (3));
     EXPECT_EQ (focusedName(), "PresetNameDisplay");
 
     press (Key::F4Key);
@@ -177,22 +226,40 @@ TEST_F (Keyboard, ButtonsThePresetDisplayTheBrowserAndTheOptions)
     auto* list = dynamic_cast<juce::ListBox*> (juce::Component::getCurrentlyFocusedComponent());
     ASSERT_NE (list, nullptr) << "the browser opens in its list of presets";
     EXPECT_EQ (list->getSelectedRow(), 3);
-    press (Key::downKey);
-    press (Key::downKey);
+    pressEach ({ Key::downKey, Key::downKey });
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 3u);
     press (Key::returnKey);
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 5u);
     press (Key::escapeKey);
     EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr);
 
-    activate (editor);
-    editor.setOptionsVisible (true);
-    auto& tabs = *editor.getOptionsPanel();
+    activate (*editor);
+    editor->setOptionsVisible (true);
+    auto& tabs = *editor->getOptionsPanel();
     tabs.setCurrentTabIndex (tabs.getTabNames().indexOf ("Presets"));
     dynamic_cast<BasePluginEditorOldStyle::PresetsSettingsComponent&> (*tabs.getCurrentContentComponent())
         .getButton (2, 1).grabKeyboardFocus();
     press (Key::spaceKey);
     EXPECT_EQ (plugin.getChangingType(), 1) << "Space chose \"Silent\"";
+
+    auto& preset = handlerOf ("PresetNameDisplay");
+    EXPECT_EQ (preset.getRole(), Role::comboBox);
+    EXPECT_EQ (preset.getTitle(), "Current Preset Name");
+    preset.getValueInterface()->setValueAsString ("Cathedral");
+    EXPECT_EQ (plugin.getSlotName ((int) plugin.getCurrentPresetIndex()), "Cathedral");
+    pumpMessages();
+    EXPECT_EQ (preset.getValueInterface()->getCurrentValueAsString(), "Cathedral") << "the display follows";
+
+    ASSERT_TRUE (preset.getActions().invoke (juce::AccessibilityActionType::showMenu));
+    pumpMessages();
+    auto* browser = findWindow<OldStylePresetBrowserWindow>();
+    ASSERT_NE (browser, nullptr);
+    EXPECT_TRUE (browser->isOnDesktop());
+    EXPECT_GT (browser->getWidth(), 300);
+
+    editor.reset();
+    pumpMessages();
+    EXPECT_EQ (findWindow<OldStylePresetBrowserWindow>(), nullptr);
 }
 
 // A typed display text comes back to its value for every parameter, by the
@@ -223,8 +290,8 @@ TEST (ValueFromText, ATypedDisplayTextFindsItsValue)
 // meters left out; the decay time a read-only label.
 TEST_F (Accessibility, TheTreeNamesEveryControlAndEachParameterOnceWithTheHostsText)
 {
-    editor.setOptionsVisible (true);
-    auto& tabs = *editor.getOptionsPanel();
+    editor->setOptionsVisible (true);
+    auto& tabs = *editor->getOptionsPanel();
 
     for (int page = 0; page < tabs.getNumTabs(); ++page)
     {
@@ -233,7 +300,7 @@ TEST_F (Accessibility, TheTreeNamesEveryControlAndEachParameterOnceWithTheHostsT
         std::map<juce::String, int> sliders;
         int onPage = 0;
 
-        for (auto* h : tree (*editor.getAccessibilityHandler()))
+        for (auto* h : tree (*editor->getAccessibilityHandler()))
         {
             EXPECT_FALSE (isInteractive (*h) && h->getTitle().isEmpty()) << "untitled, role " << (int) h->getRole();
             EXPECT_EQ (dynamic_cast<GFXAnimation*> (&h->getComponent()), nullptr) << "a meter is read out";
@@ -262,41 +329,6 @@ TEST_F (Accessibility, TheTreeNamesEveryControlAndEachParameterOnceWithTheHostsT
     EXPECT_TRUE (decay.getValueInterface()->getCurrentValueAsString().endsWith ("s"));
 }
 
-// A knob set by text or by number moves its parameter in one host gesture
-// each, as a drag would; the preset display renames the preset through its
-// value and opens the browser as its menu.
-TEST_F (Accessibility, ValuesSetThroughTheTreeMoveParametersInOneGesture)
-{
-    HostGestures host (plugin);
-    auto& size = *handlerOf ("Late Size").getValueInterface();
-    const int index = (int) plugin.getParameterManager().findParameter ("Late Size")->getIndex();
-    const auto target = plugin.getHostParameterText (index, 0.42f);
-
-    size.setValueAsString (target);
-    EXPECT_EQ (plugin.getHostParameterText (index), target);
-    size.setValue (0.25);
-    EXPECT_FLOAT_EQ (plugin.getHostParameterValue (index), 0.25f);
-    EXPECT_EQ (size.getCurrentValueAsString(), plugin.getHostParameterText (index));
-    EXPECT_EQ (host.begun[index], 2);
-    EXPECT_EQ (host.ended[index], 2);
-
-    auto& preset = handlerOf ("PresetNameDisplay");
-    EXPECT_EQ (preset.getRole(), Role::comboBox);
-    EXPECT_EQ (preset.getTitle(), "Current Preset Name");
-    preset.getValueInterface()->setValueAsString ("Cathedral");
-    EXPECT_EQ (plugin.getSlotName ((int) plugin.getCurrentPresetIndex()), "Cathedral");
-    // Cut by characters, never inside one: forty of two and three bytes each.
-    const auto longName = juce::String::repeatedString (juce::String (juce::CharPointer_UTF8 ("\xc3\xa9\xe5\xa4\xa7")), 20);
-    preset.getValueInterface()->setValueAsString (longName);
-    EXPECT_EQ (plugin.getSlotName ((int) plugin.getCurrentPresetIndex()), longName.substring (0, 32));
-    pumpMessages();
-    EXPECT_EQ (preset.getValueInterface()->getCurrentValueAsString(), longName.substring (0, 32)) << "the display follows";
-
-    ASSERT_TRUE (preset.getActions().invoke (juce::AccessibilityActionType::showMenu));
-    pumpMessages();
-    EXPECT_NE (findWindow<OldStylePresetBrowserWindow>(), nullptr);
-}
-
 // Pressing each of the skin's buttons through the tree fires the event that
 // its click fires, and between them the buttons fire every event the window
 // offers: the browser opens and closes again, the about box opens and closes.
@@ -305,7 +337,7 @@ TEST_F (Accessibility, EveryButtonsPressDoesWhatItsClickDoes)
     RecordingListener heard;
     juce::Array<GFXButton*> buttons;
 
-    for (auto* control : editor.getControllers())
+    for (auto* control : editor->getControllers())
         if (auto* button = dynamic_cast<GFXButton*> (control))
             buttons.add (button);
 

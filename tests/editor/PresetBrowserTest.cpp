@@ -7,7 +7,7 @@
 #include "../support/ScopedConfigHome.h"
 
 // Groups are added and removed without breaking the bank's partition; the
-// presets column shows the chosen group's slots, loads and renames them.
+// presets column shows the chosen group's slots and renames them.
 TEST (PresetBrowser, GroupOperationsKeepThePartitionAndColumnsShowTheChosenGroupsSlots)
 {
     Quorlane plugin;
@@ -36,12 +36,10 @@ TEST (PresetBrowser, GroupOperationsKeepThePartitionAndColumnsShowTheChosenGroup
     EXPECT_EQ (presets->getNumItems(), 128);
     EXPECT_EQ (presets->getItemText (4), "Preset 5");
 
-    presets->itemChosen (4);
-    EXPECT_EQ (plugin.getCurrentPresetIndex(), 4u);
-
+    // (Choosing a row loads it: the keyboard test's Return in this list. A
+    // rename reaches the name parameter by the manager's one rule.)
     presets->itemRenamed (4, "Cathedral");
     EXPECT_EQ (plugin.getSlotName (4), "Cathedral");
-    EXPECT_EQ (plugin.getParameterManager().findParameter ("Current Preset Name")->getText(), "Cathedral");
 
     browser.chooseGroup (0);
     browser.removeGroup();
@@ -49,9 +47,20 @@ TEST (PresetBrowser, GroupOperationsKeepThePartitionAndColumnsShowTheChosenGroup
     EXPECT_EQ (total(), 128);
 }
 
-TEST (PresetBrowser, ToolButtonsAreKeysDrawnFromOurArt)
+// The tool buttons are keys drawn from our art. "Load" on each row opens the
+// file dialog in the folder where a file of that kind (preset or bank) was
+// last loaded or saved, not in the other's.
+TEST (PresetBrowser, ToolButtonsAreKeysOfOurArtAndFileDialogsOpenWhereTheirKindWasLastUsed)
 {
+    const ScopedConfigHome home;
     Quorlane plugin;
+    const auto presetFolder = home.getFolder().getChildFile ("My Presets");
+    const auto bankFolder = home.getFolder().getChildFile ("My Banks");
+    presetFolder.createDirectory();
+    bankFolder.createDirectory();
+    ASSERT_TRUE (plugin.savePresetFile (presetFolder.getChildFile ("Room" + plugin.getPresetFileExtension()), 0));
+    ASSERT_TRUE (plugin.saveBankFile (bankFolder.getChildFile ("Session" + plugin.getBankFileExtension())));
+
     OldStylePresetBrowserWindow window (plugin, [] {});
     std::vector<SkinImageButton*> keys;
 
@@ -75,25 +84,9 @@ TEST (PresetBrowser, ToolButtonsAreKeysDrawnFromOurArt)
 
     EditorTest::click (*keys[5]);
     EXPECT_EQ (plugin.getCurrentPresetIndex(), 1u) << "\"Down\" steps to the next preset";
-}
 
-// "Load" on each row opens the file dialog in the folder where a file of that
-// kind (preset or bank) was last loaded or saved, not in the other's.
-TEST (PresetBrowser, FileDialogsOpenWhereTheirKindWasLastUsed)
-{
     if (juce::FileChooser::isPlatformDialogAvailable())
         GTEST_SKIP() << "the system's own file dialog would open (Windows, or zenity or kdialog installed)";
-
-    const ScopedConfigHome home;
-    Quorlane plugin;
-    const auto presetFolder = home.getFolder().getChildFile ("My Presets");
-    const auto bankFolder = home.getFolder().getChildFile ("My Banks");
-    presetFolder.createDirectory();
-    bankFolder.createDirectory();
-    ASSERT_TRUE (plugin.savePresetFile (presetFolder.getChildFile ("Room" + plugin.getPresetFileExtension()), 0));
-    ASSERT_TRUE (plugin.saveBankFile (bankFolder.getChildFile ("Session" + plugin.getBankFileExtension())));
-
-    OldStylePresetBrowserWindow window (plugin, [] {});
 
     const auto folderOpenedBy = [&] (const juce::String& buttonTitle)
     {
@@ -103,24 +96,15 @@ TEST (PresetBrowser, FileDialogsOpenWhereTheirKindWasLastUsed)
 
         EditorTest::pumpMessages();
         auto* dialog = dynamic_cast<juce::FileChooserDialogBox*> (juce::Component::getCurrentlyModalComponent());
+        juce::File folder;
 
         if (dialog == nullptr)
-            return juce::File();
+            return folder;
 
-        std::function<juce::FileBrowserComponent*(juce::Component&)> findBrowser = [&] (juce::Component& c) -> juce::FileBrowserComponent*
-        {
-            if (auto* browser = dynamic_cast<juce::FileBrowserComponent*> (&c))
-                return browser;
+        for (auto* child : dialog->getContentComponent()->getChildren())
+            if (auto* browser = dynamic_cast<juce::FileBrowserComponent*> (child))
+                folder = browser->getRoot();
 
-            for (auto* child : c.getChildren())
-                if (auto* found = findBrowser (*child))
-                    return found;
-
-            return nullptr;
-        };
-
-        const auto* browser = findBrowser (*dialog);
-        const auto folder = browser != nullptr ? browser->getRoot() : juce::File();
         dialog->exitModalState (0);
         EditorTest::pumpMessages();
         return folder;
