@@ -1,9 +1,8 @@
 // Loads the CLAP build as a CLAP host does: dlopen or LoadLibrary, clap_entry,
 // the plug-in factory and its extensions. Instances are made and activated on
 // the test's main thread and processed on a thread of their own, as a host's
-// audio thread would. What every format shares (non-finite input, the state
-// in a DAW) is checked through JUCE's hosting and in Ardour; here, what the
-// CLAP build does its own way.
+// audio thread would. What every format shares (the state in a DAW) is
+// checked in Ardour; here, what the CLAP build does its own way.
 
 #include "../support/ClapPlugin.h"
 #include "../support/EditorFollowWatch.h"

@@ -32,15 +32,3 @@ inline juce::String presetBankProblems (const BasePluginOldStyle& plugin)
 
     return problems;
 }
-
-// Everything of the manager a preset or bank file could touch, as text.
-inline juce::String presetManagerSnapshot (BasePluginOldStyle& plugin)
-{
-    juce::String text;
-    text << (int) plugin.getCurrentPresetIndex() << "\n" << plugin.createBankElement()->toString();
-
-    for (uint32_t i = 0; i < (uint32_t) BasePluginOldStyle::numPresetableParameters; ++i)
-        text << plugin.getPluginParameter (i)->getNormalisedValue() << " ";
-
-    return text;
-}
