@@ -5,27 +5,20 @@
 #include "editor/BasePluginEditor.h"
 #include "editor/GUIController.h"
 #include "engine/Quorlane.h"
+#include "tests/support/PluginBlocks.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <utility>
 
 namespace EditorTest
 {
-    // Lets posted messages (button clicks) arrive, and the plug-in's poll
-    // (every 20 ms) deliver deferred parameter notifications.
-    inline void pumpMessages (int milliseconds = 50)
-    {
-        juce::MessageManager::getInstance()->runDispatchLoopUntil (milliseconds);
-    }
-
     // A click as the mouse makes it, with the given keys held.
     inline void click (juce::Button& button, juce::ModifierKeys modifiers = {})
     {
         const auto saved = std::exchange (juce::ModifierKeys::currentModifiers, modifiers);
         button.triggerClick();
-        pumpMessages();
+        runMessageLoop();
         juce::ModifierKeys::currentModifiers = saved;
     }
 
@@ -105,7 +98,7 @@ namespace EditorTest
     inline void activate (juce::Component& window)
     {
         giveSystemFocus (*window.getPeer());
-        pumpMessages (50);
+        runMessageLoop (50);
 
         if (! window.hasKeyboardFocus (true))
             window.grabKeyboardFocus();
@@ -121,7 +114,7 @@ namespace EditorTest
             throw std::runtime_error ("no focused window for a key");
 
         focused->getPeer()->handleKeyPress (key);
-        pumpMessages (pumpMilliseconds);
+        runMessageLoop (pumpMilliseconds);
     }
 
     inline void press (int keyCode, juce::ModifierKeys modifiers = {}) { press (juce::KeyPress (keyCode, modifiers, 0)); }
@@ -130,7 +123,7 @@ namespace EditorTest
     {
         for (auto c : text)
             press (juce::KeyPress ((int) juce::CharacterFunctions::toUpperCase (c), {}, c), 0);
-        pumpMessages();
+        runMessageLoop();
     }
 
     inline juce::String focusedName()
@@ -138,21 +131,6 @@ namespace EditorTest
         auto* focused = juce::Component::getCurrentlyFocusedComponent();
         return focused != nullptr ? focused->getName() : juce::String ("(none)");
     }
-
-    // The changes and automation gestures the host is told of, by parameter index.
-    struct HostGestures : juce::AudioProcessorListener
-    {
-        explicit HostGestures (juce::AudioProcessor& p) : processor (p) { processor.addListener (this); }
-        ~HostGestures() override { processor.removeListener (this); }
-
-        void audioProcessorParameterChanged (juce::AudioProcessor*, int index, float) override { ++changes[index]; }
-        void audioProcessorChanged (juce::AudioProcessor*, const ChangeDetails&) override {}
-        void audioProcessorParameterChangeGestureBegin (juce::AudioProcessor*, int index) override { ++begun[index]; }
-        void audioProcessorParameterChangeGestureEnd (juce::AudioProcessor*, int index) override { ++ended[index]; }
-
-        juce::AudioProcessor& processor;
-        std::map<int, int> changes, begun, ended;
-    };
 
     // Records what controls report.
     struct RecordingListener : GUIController::Listener

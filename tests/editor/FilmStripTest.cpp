@@ -14,13 +14,6 @@ namespace
     {
         Parameter& parameter (const char* name) { return *plugin.getParameterManager().findParameter (name); }
 
-        // As the host sets it, with the controls told at once.
-        void set (const char* name, float value)
-        {
-            parameter (name).setNormalisedValue (value, ChangeOrigin::editor);
-            parameter (name).flushDeferredNotification();
-        }
-
         Quorlane plugin;
         QuorlaneEditor editor { plugin };
     };
@@ -32,9 +25,11 @@ TEST_F (FilmStrip, KnobsFollowTheParameterAndDragAsOneHostGesture)
     EXPECT_FLOAT_EQ ((float) knob.getValue(), parameter ("Early Size").getNormalisedValue()) << "shows the parameter once built";
 
     // 0.0085 is 0.5185 frames, which rounds up. The drag below starts from the last value.
+    // Set as the host sets it, with the controls told at once.
     for (const auto& [value, frame] : { std::pair { 0.0f, 0 }, { 1.0f, 60 }, { 0.0085f, 1 }, { 0.5f, 30 } })
     {
-        set ("Early Size", value);
+        parameter ("Early Size").setNormalisedValue (value, ChangeOrigin::editor);
+        parameter ("Early Size").flushDeferredNotification();
         EXPECT_EQ (knob.getShownFrame(), frame) << value;
     }
 

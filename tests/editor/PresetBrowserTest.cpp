@@ -94,7 +94,7 @@ TEST (PresetBrowser, ToolButtonsAreKeysOfOurArtAndFileDialogsOpenWhereTheirKindW
             if (auto* button = dynamic_cast<juce::Button*> (child); button != nullptr && button->getTitle() == buttonTitle)
                 button->triggerClick();
 
-        EditorTest::pumpMessages();
+        runMessageLoop();
         auto* dialog = dynamic_cast<juce::FileChooserDialogBox*> (juce::Component::getCurrentlyModalComponent());
         juce::File folder;
 
@@ -106,7 +106,7 @@ TEST (PresetBrowser, ToolButtonsAreKeysOfOurArtAndFileDialogsOpenWhereTheirKindW
                 folder = browser->getRoot();
 
         dialog->exitModalState (0);
-        EditorTest::pumpMessages();
+        runMessageLoop();
         return folder;
     };
 

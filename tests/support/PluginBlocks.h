@@ -3,6 +3,7 @@
 #include <juce_audio_processors/juce_audio_processors.h>
 
 #include <array>
+#include <map>
 
 // Driving an instance in process as a host does, and reading what it plays.
 
@@ -50,3 +51,25 @@ inline void runMessageLoop (int milliseconds = 50)
 {
     juce::MessageManager::getInstance()->runDispatchLoopUntil (milliseconds);
 }
+
+// The changes (and the last value of each) and the automation gestures the
+// host is told of, by parameter index.
+struct HostGestures : juce::AudioProcessorListener
+{
+    explicit HostGestures (juce::AudioProcessor& p) : processor (p) { processor.addListener (this); }
+    ~HostGestures() override { processor.removeListener (this); }
+
+    void audioProcessorParameterChanged (juce::AudioProcessor*, int index, float value) override
+    {
+        ++changes[index];
+        values[index] = value;
+    }
+
+    void audioProcessorChanged (juce::AudioProcessor*, const ChangeDetails&) override {}
+    void audioProcessorParameterChangeGestureBegin (juce::AudioProcessor*, int index) override { ++begun[index]; }
+    void audioProcessorParameterChangeGestureEnd (juce::AudioProcessor*, int index) override { ++ended[index]; }
+
+    juce::AudioProcessor& processor;
+    std::map<int, int> changes, begun, ended;
+    std::map<int, float> values;
+};
