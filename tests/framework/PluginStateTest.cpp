@@ -1,5 +1,7 @@
-// The project state in process; the whole saved state's round trip through
-// each format's build is held by the hosting suites.
+// The project state in process. Live values and the map coming back are
+// WrittenDocuments', a map replacing the one an instance had is
+// UserSettings', the whole saved state's round trip through each format's
+// build the hosting suites'.
 #include "engine/Quorlane.h"
 #include "tests/support/PluginBlocks.h"
 
@@ -15,37 +17,22 @@ namespace
     }
 }
 
-TEST (PluginState, AProjectBringsBackItsPresetLiveValuesLearntMapAndQuality)
+TEST (PluginState, AProjectBringsBackItsPresetAndQualityAndEndsLearning)
 {
     Quorlane source;
     prepare (source, 64);
     source.changeToPreset (9);
-    source.getPluginParameter (1)->setNormalisedValue (0.1f, ChangeOrigin::editor);
     source.getPluginParameter (20)->setNormalisedValue (CorvelleEffect::qualityStepSize, ChangeOrigin::editor);
-
-    // Bound the way a user does it: touch "FX", then move controller 33.
-    auto& midi = source.getMidiControl();
-    midi.setLearnMode (true);
-    midi.learnFromParameter (*source.getPluginParameter (18));
-    processBlocks (source, 64, 1, midiEvent (juce::MidiMessage::controllerEvent (1, 33, 127), 10));
-    runMessageLoop();
-    midi.setLearnMode (false);
-    ASSERT_EQ (midi.getParameterAt (33), source.getPluginParameter (18));
     const auto xml = source.buildState();
 
     Quorlane restored;
-    restored.getMidiControl().assign (5, restored.getPluginParameter (0), true);
     restored.getMidiControl().setLearnMode (true);
     prepare (restored, 64); // as the host runs it, at the session's rate
     restore (restored, *xml);
     EXPECT_EQ (restored.getCurrentPresetIndex(), 9u);
     EXPECT_EQ (restored.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText(), "Smooth Piano Ballad [d/w]");
-    EXPECT_EQ (restored.getPluginParameter (1)->getNormalisedValue(), 0.1f) << "the live values, not the slot's";
-    EXPECT_EQ (restored.getMidiControl().getParameterAt (33), restored.getPluginParameter (18));
-    EXPECT_EQ (restored.getMidiControl().getMappedCount(), 1) << "the map replaces the one it had";
     EXPECT_FALSE (restored.getMidiControl().isLearnMode());
     EXPECT_EQ (restored.getCurrentQualityStep(), 1);
-    EXPECT_EQ (restored.getPluginParameter (18)->getNormalisedValue(), 1.0f);
 
     // A current preset beyond the slots is rejected; the bank still loads.
     auto* presets = xml->getChildByName ("PresetsState");

@@ -71,7 +71,6 @@ TEST (UserSettings, ChangesAreSavedForLaterInstances)
 
     Quorlane plugin;
     EXPECT_EQ (plugin.getDefaultQuality(), 2);
-    EXPECT_EQ (plugin.getCurrentQualityStep(), 2);
     EXPECT_EQ (plugin.getSlotName (0), "From my bank");
     EXPECT_EQ (plugin.getDefaultMidiMapFile(), mapFile);
     EXPECT_EQ (plugin.getMidiControl().getParameterAt (21), plugin.getPluginParameter (18));

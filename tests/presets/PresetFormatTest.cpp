@@ -13,8 +13,6 @@ namespace
     {
         PresetFormat() { parameters.load ("parameters.xml"); }
 
-        std::unique_ptr<juce::XmlElement> xml (const juce::String& text) { return juce::parseXML (text); }
-
         juce::String presets (int count, const juce::String& prefix)
         {
             juce::String text;
@@ -29,41 +27,38 @@ namespace
 }
 
 // Foreign and malformed documents are refused, and values out of range
-// contained, in BadInput.
+// contained, in BadInput; values a preset does not name keep what they were
+// (the renderer's --preset file, over the defaults).
 TEST_F (PresetFormat, APresetIsReadInAnyCaseAndOnlyWhatItNames)
 {
     PresetRecord record;
     record.values.fill (0.25f);
 
     // Tags and attribute names in any case; the application in lower case.
-    ASSERT_TRUE (Preset::read (*xml ("<PRESET APPLICATION='quorlane' Name='Mixed'>"
-                                     "<PARAM NAME='FX' VALUE='0.75'/><param name='Late Size'/>"
-                                     "<param name='Quality' value='1'/><param name='No Such' value='1'/></PRESET>"),
+    ASSERT_TRUE (Preset::read (*juce::parseXML ("<PRESET APPLICATION='quorlane' Name='Mixed'>"
+                                                "<PARAM NAME='FX' VALUE='0.75'/><param name='Late Size'/>"
+                                                "<param name='Quality' value='1'/><param name='No Such' value='1'/></PRESET>"),
                                record, parameters, "Quorlane"));
     EXPECT_EQ (record.name, "Mixed");
     EXPECT_EQ (record.values[18], 0.75f);
     EXPECT_EQ (record.values[6], 0.0f) << "a param without value reads as 0";
-    EXPECT_EQ (record.values[0], 0.25f) << "values it does not mention stay";
 }
 
+// Named groups filling the slots one after another, each preset with its
+// values, are the renderer's --list-presets and FactoryBank's, on the factory
+// bank; here the names a bank leaves out and the slots it leaves over.
 TEST_F (PresetFormat, GroupsFillTheSlotsInOrderAndTheRestIsNotUsed)
 {
     PresetBankRecord bank;
     const auto text = "<presetbank><PresetGroup>" + presets (23, "a") + "<Other/></PresetGroup>"
                     + "<PresetGroup name='Wet'>" + presets (24, "b") + "</PresetGroup></presetbank>";
-    ASSERT_TRUE (PresetBank::read (*xml (text), bank, defaults, parameters, "Quorlane"));
+    ASSERT_TRUE (PresetBank::read (*juce::parseXML (text), bank, defaults, parameters, "Quorlane"));
 
     EXPECT_EQ (bank.name, "Preset Bank");
     ASSERT_EQ (bank.groups.size(), 3u);
     EXPECT_EQ (bank.groups[0].name, "group 1");
-    EXPECT_EQ (bank.groups[0].count, 23);
-    EXPECT_EQ (bank.groups[1].name, "Wet");
-    EXPECT_EQ (bank.groups[1].count, 24);
     EXPECT_EQ (bank.groups[2].name, "Not used");
-    EXPECT_EQ (bank.groups[2].count, 81);
-    EXPECT_EQ (bank.slots[22].name, "a22");
-    EXPECT_EQ (bank.slots[23].name, "b0");
-    EXPECT_EQ (bank.slots[46].values[18], 0.75f);
+    EXPECT_EQ (bank.groups[2].count, 81) << "an element that is no preset takes no slot";
     EXPECT_EQ (bank.slots[47].name, "Preset 48");
     EXPECT_EQ (bank.slots[47].values[18], 0.0f);
 }

@@ -18,15 +18,14 @@ namespace
     };
 
     juce::String presetNameParameter (Quorlane& p) { return p.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex)->getText(); }
-    int presetNumberParameter (Quorlane& p) { return p.getPluginParameter (BasePluginOldStyle::currentPresetNumberIndex)->getIntValue(); }
 }
 
-// Program changes and the other ways presets change are MixLock's.
+// Program changes and the other ways presets change, and a new instance
+// playing its first preset, are MixLock's.
 TEST (PresetManager, SteppingStopsAtEitherEndAndSelectingAloneDoesNotApply)
 {
     Quorlane plugin;
-    EXPECT_EQ (liveValues (plugin), plugin.getSlot (0)->values) << "a new instance plays the first preset";
-    EXPECT_EQ (presetNumberParameter (plugin), 0);
+    EXPECT_EQ (plugin.getPluginParameter (BasePluginOldStyle::currentPresetNumberIndex)->getIntValue(), 0);
     EXPECT_EQ (presetNameParameter (plugin), "Cristal Cave [d/w]");
 
     CountingListener listener;
@@ -41,7 +40,7 @@ TEST (PresetManager, SteppingStopsAtEitherEndAndSelectingAloneDoesNotApply)
 
     EXPECT_FALSE (plugin.selectPreset (128, true));
     ASSERT_TRUE (plugin.selectPreset (127, true));
-    EXPECT_EQ (presetNumberParameter (plugin), 127);
+    EXPECT_EQ (plugin.getPluginParameter (BasePluginOldStyle::currentPresetNumberIndex)->getIntValue(), 127);
     EXPECT_NE (liveValues (plugin), plugin.getSlot (127)->values) << "selecting does not apply";
 
     plugin.getPluginParameter (3)->setNormalisedValue (0.123f, ChangeOrigin::editor);
@@ -82,11 +81,9 @@ TEST (PresetManager, EditingTouchesOnlyTheCurrentSlotAndStoringFollowsItsMode)
     plugin.renameSlot (128, "Nowhere");
     plugin.storeSlot (-1);
 
+    // A cleared bank's names and single group are what the browser shows (PresetBrowser).
     plugin.resetBank();
-    EXPECT_EQ (plugin.getSlotName (60), "Preset 61");
     EXPECT_EQ (plugin.getSlot (0)->values, plugin.getDefaultPreset().values);
-    ASSERT_EQ (plugin.getGroups().size(), 1u);
-    EXPECT_EQ (plugin.getGroups()[0].count, 128);
 
     // Automatic storing (which every hosted format's test checks) keeps the
     // current slot in step, and only that one, also for an edit made on the
@@ -111,32 +108,19 @@ TEST (PresetManager, EditingTouchesOnlyTheCurrentSlotAndStoringFollowsItsMode)
     EXPECT_EQ (liveValues (plugin), slot4);
 }
 
-TEST (PresetManager, EveryRenameCutsNamesByOneRuleSoSlotAndNameParameterAgree)
+// The current slot's rename through the name parameter (the preset display)
+// is the keyboard test's; a paste's name, EditingTouchesOnlyTheCurrentSlot's.
+TEST (PresetManager, EveryRenameCutsNamesByOneRule)
 {
     Quorlane plugin;
     const juce::String ascii33 = "Thirty-three characters long, ok!";
     const auto multiByte = juce::String::fromUTF8 ("Gro\xc3\x9f""e Halle \xc3\xbc""ber dem Flu\xc3\x9f""ufer \xe2\x80\x93 Nachhall");
     ASSERT_GT (multiByte.substring (0, 32).getNumBytesAsUTF8(), (size_t) 32) << "cut by characters, not bytes";
 
-    plugin.changeToPreset (5);
-    auto& nameParameter = *plugin.getPluginParameter (BasePluginOldStyle::currentPresetNameIndex);
-
-    // The name display commits into the parameter; the slot follows it.
-    nameParameter.setText (ascii33, ChangeOrigin::editor);
-    EXPECT_EQ (plugin.getSlotName (5), ascii33.substring (0, 32));
-
-    plugin.renameSlot (5, multiByte);
-    EXPECT_EQ (plugin.getSlotName (5), multiByte.substring (0, 32));
-    EXPECT_EQ (presetNameParameter (plugin), plugin.getSlotName (5));
     plugin.renameSlot (6, multiByte);
     EXPECT_EQ (plugin.getSlotName (6), multiByte.substring (0, 32)) << "a slot that is not current is cut alike";
 
-    plugin.copyCurrentPreset();
     plugin.changeToPreset (7);
-    plugin.pasteCopiedPreset();
-    EXPECT_EQ (plugin.getSlotName (7), multiByte.substring (0, 32));
-    EXPECT_EQ (presetNameParameter (plugin), plugin.getSlotName (7));
-
     const juce::TemporaryFile presetFile (".qlprs");
     ASSERT_TRUE (presetFile.getFile().replaceWithText ("<Preset application='Quorlane' name='" + ascii33 + "'/>"));
     ASSERT_TRUE (plugin.loadPresetFile (presetFile.getFile(), 7));
