@@ -16,27 +16,6 @@
 
 namespace
 {
-    // One block with the given MIDI, its first sample an impulse on either
-    // channel (or silence); the processed block is returned.
-    juce::AudioBuffer<float> processOneBlock (juce::AudioPluginInstance& plugin, juce::MidiBuffer midi = {},
-                                              float left = 0.0f, float right = 0.0f)
-    {
-        juce::AudioBuffer<float> buffer (2, 256);
-        buffer.clear();
-        buffer.setSample (0, 0, left);
-        buffer.setSample (1, 0, right);
-        plugin.processBlock (buffer, midi);
-        return buffer;
-    }
-
-    // Some formats deliver parameter changes and restored state with the next
-    // processed block, as a host's audio thread would.
-    void processAndPump (juce::AudioPluginInstance& plugin, int blocks)
-    {
-        processBlocks (plugin, 256, blocks);
-        runMessageLoop();
-    }
-
     std::unique_ptr<juce::XmlElement> pluginStateInside (const juce::MemoryBlock& hostState)
     {
         const auto xml = juce::AudioProcessor::getXmlFromBinary (hostState.getData(), (int) hostState.getSize());
@@ -80,22 +59,24 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     ASSERT_NE (source, nullptr);
 
     // A program change from the host chooses the current preset.
-    processOneBlock (*source, midiEvent (juce::MidiMessage::programChange (1, 1)));
+    processBlocks (*source, 256, 1, midiEvent (juce::MidiMessage::programChange (1, 1)));
 
     parameterNamed (*source, "Late Feedback")->setValueNotifyingHost (0.875f);
     parameterNamed (*source, "Predelay")->setValueNotifyingHost (0.125f);
-    processAndPump (*source, 2);
+    // Some formats deliver parameter changes and restored state with the next
+    // processed block, as a host's audio thread would.
+    processBlocks (*source, 256, 2);
+    runMessageLoop();
 
     juce::MemoryBlock state;
     source->getStateInformation (state);
     const auto saved = pluginStateInside (state);
     ASSERT_NE (saved, nullptr);
+    // (That the state holds the slots' names, the quality and the map is
+    // WrittenDocuments', whose state holds them byte for byte.)
     const auto* presetsState = saved->getChildByName ("PresetsState");
     ASSERT_NE (presetsState, nullptr);
     EXPECT_EQ (presetsState->getIntAttribute ("currentPreset"), 1) << "the program change is in the state";
-    EXPECT_TRUE (presetsState->toString().contains ("Drum Room Edit")) << "the user's slot names are in the state";
-    EXPECT_EQ (saved->getChildByName ("UniqueData")->getStringAttribute ("quality"), "high");
-    EXPECT_TRUE (saved->getChildByName ("MidiControlMap")->toString().contains ("CC=\"74\""));
 
     settings ("low", mapFile ("Late Size", 74), "<Presets default=\"factoryPresets\"/>");
     auto restored = instantiateHosted (GetParam());
@@ -106,7 +87,8 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     EXPECT_NE (fresh, state);
 
     restored->setStateInformation (state.getData(), (int) state.getSize());
-    processAndPump (*restored, 2);
+    processBlocks (*restored, 256, 2);
+    runMessageLoop();
 
     juce::MemoryBlock restoredState;
     restored->getStateInformation (restoredState);
@@ -115,13 +97,19 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     EXPECT_NEAR (parameterNamed (*restored, "Predelay")->getValue(), 0.125f, 1e-6f);
 
     // The restored map drives "FX" from controller 74 (not "Late Size"): at 0
-    // the output turns fully dry at unity, the impulse coming back 32 samples late.
-    processOneBlock (*restored, midiEvent (juce::MidiMessage::controllerEvent (1, 74, 0)));
-    processAndPump (*restored, 60);
-    const auto dry = processOneBlock (*restored, {}, 0.5f, -0.5f);
+    // the output turns fully dry at unity, the impulse coming back 32 samples
+    // late (the latency reported, checked through VST2 and CLAP).
+    processBlocks (*restored, 256, 1, midiEvent (juce::MidiMessage::controllerEvent (1, 74, 0)));
+    processBlocks (*restored, 256, 60);
+    runMessageLoop();
+    juce::AudioBuffer<float> dry (2, 256);
+    dry.clear();
+    dry.setSample (0, 0, 0.5f);
+    dry.setSample (1, 0, -0.5f);
+    juce::MidiBuffer none;
+    restored->processBlock (dry, none);
     EXPECT_NEAR (dry.getSample (0, 32), 0.5f, 1e-6f);
     EXPECT_NEAR (dry.getSample (1, 32), -0.5f, 1e-6f);
-    EXPECT_EQ (restored->getLatencySamples(), 32);
 }
 
 // As a DAW runs a plug-in: the instance made on a host thread, showing the
