@@ -89,9 +89,8 @@ TEST (QuorlaneCore, CleanOutputAtEverySampleRate)
     }
 }
 
-// Qualities above three, parameter indices from twenty and an empty call
-// (which only republishes the meters) change nothing of what is played. That
-// each quality is taken is RecordedOutput's.
+// Qualities above three (each one below is RecordedOutput's), parameter indices from
+// twenty and an empty call (which only republishes the meters) change nothing played.
 TEST (QuorlaneCore, OutOfRangeControlAndEmptyCallsChangeNothing)
 {
     const Stereo in = noise (10000);

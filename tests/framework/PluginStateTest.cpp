@@ -1,7 +1,5 @@
-// The project state in process. Live values and the map coming back are
-// WrittenDocuments', a map replacing the one an instance had is
-// UserSettings', the whole saved state's round trip through each format's
-// build the hosting suites'.
+// The project state in process (live values and map coming back: WrittenDocuments; a map
+// replacing an instance's: UserSettings; each format's round trip: the hosting suites).
 #include "engine/Quorlane.h"
 #include "tests/support/PluginBlocks.h"
 

@@ -96,9 +96,8 @@ TEST_P (HostedPlugin, StateRoundTripsIntoAFreshInstance)
     EXPECT_NEAR (parameterNamed (*restored, "Late Feedback")->getValue(), 0.875f, 1e-6f);
     EXPECT_NEAR (parameterNamed (*restored, "Predelay")->getValue(), 0.125f, 1e-6f);
 
-    // The restored map drives "FX" from controller 74 (not "Late Size"): at 0
-    // the output turns fully dry at unity, the impulse coming back 32 samples
-    // late (the latency reported, checked through VST2 and CLAP).
+    // The restored map drives "FX" from controller 74 (not "Late Size"): at 0 the output
+    // turns fully dry, the impulse back 32 samples late (the latency VST2 and CLAP report).
     processBlocks (*restored, 256, 1, midiEvent (juce::MidiMessage::controllerEvent (1, 74, 0)));
     processBlocks (*restored, 256, 60);
     runMessageLoop();

@@ -26,9 +26,8 @@ namespace
     };
 }
 
-// Foreign and malformed documents are refused, and values out of range
-// contained, in BadInput; values a preset does not name keep what they were
-// (the renderer's --preset file, over the defaults).
+// Foreign and malformed documents, and values out of range, are BadInput's; values a
+// preset does not name keeping theirs, the renderer's --preset file's.
 TEST_F (PresetFormat, APresetIsReadInAnyCaseAndOnlyWhatItNames)
 {
     PresetRecord record;
@@ -44,9 +43,8 @@ TEST_F (PresetFormat, APresetIsReadInAnyCaseAndOnlyWhatItNames)
     EXPECT_EQ (record.values[6], 0.0f) << "a param without value reads as 0";
 }
 
-// Named groups filling the slots one after another, each preset with its
-// values, are the renderer's --list-presets and FactoryBank's, on the factory
-// bank; here the names a bank leaves out and the slots it leaves over.
+// Named groups filling the slots in turn are the renderer's --list-presets and
+// FactoryBank's; here the names a bank leaves out and the slots it leaves over.
 TEST_F (PresetFormat, GroupsFillTheSlotsInOrderAndTheRestIsNotUsed)
 {
     PresetBankRecord bank;
